@@ -1,0 +1,48 @@
+// Clock: the one source of time. A host may install its own (a virtual clock that jumps, a clock that stands
+// still); otherwise the system's is used. Every operation may be called from any thread at any time.
+#pragma once
+
+#include <cstdint>
+
+#include "brindle/framework/export.h"
+
+namespace brindle {
+
+// A moment in the process's time zone, broken down.
+struct LocalTime {
+    int year = 1970;
+    int month = 1;     // 1 to 12
+    int day = 1;       // 1 to 31
+    int hour = 0;      // 0 to 23
+    int minute = 0;    // 0 to 59
+    int second = 0;    // 0 to 60
+    int weekday = 4;   // 0 = Sunday
+    int yearDay = 0;   // 0 = 1 January
+    int utcOffsetSeconds = 0;
+};
+
+class Clock {
+  public:
+    // System time in 100-nanosecond steps since 1601-01-01 UTC. May jump when the system's clock is set.
+    virtual std::uint64_t SystemTicks() = 0;
+    // Milliseconds since some fixed moment; never goes back.
+    virtual std::uint64_t MonotonicMilliseconds() = 0;
+    // Breaks seconds since 1970-01-01 UTC down in the local time zone. False, and `out` unchanged, when the
+    // moment cannot be expressed (the year does not fit, the zone is unknown).
+    virtual bool ToLocalTime(std::int64_t unixSeconds, LocalTime& out) = 0;
+
+  protected:
+    ~Clock() = default;  // never destroyed through this interface
+};
+
+// The installed clock, or the system's.
+BRINDLE_API Clock& CurrentClock() noexcept;
+// Installs a clock (not owned; it must outlive its use; null: the system's again). Returns the one installed
+// before, or null.
+BRINDLE_API Clock* SetClock(Clock* clock) noexcept;
+
+// System time in milliseconds since 1601-01-01 UTC, and in seconds since 1970-01-01 UTC.
+BRINDLE_API std::uint64_t SystemMilliseconds();
+BRINDLE_API std::int64_t UnixSeconds();
+
+}  // namespace brindle

@@ -1,0 +1,46 @@
+// CStateEvent: an event about one device: its address, whether it is masked, its state number, and six
+// strings that describe the change. The base of all concrete events.
+#pragma once
+
+#include "brindle/address/address_ov.h"
+#include "brindle/address/event.h"
+#include "brindle/framework/export.h"
+#include "brindle/framework/string_a.h"
+
+class BRINDLE_API CStateEvent : public CCommandEvent {
+  public:
+    CStateEvent(const CAddressOv& address, bool masked, int state, const CStringA& stateDueToHeader,
+                const CStringA& stateDueToCauseHeader, const CStringA& stateDueToString,
+                const CStringA& userString, const CStringA& objStringK, const CStringA& objStringV);
+    CStateEvent(const CStateEvent&) = default;  // cuts the address's parts to their range
+    CStateEvent& operator=(const CStateEvent&) = default;
+
+    CCommandEvent* Replicate() override;
+
+    const CAddressOv& GetAddress() const noexcept { return m_address; }
+    bool IsMasked() const noexcept { return m_masked; }
+    int GetState() const noexcept { return m_state; }
+    CStringA GetStateDueToHeader() const { return m_stateDueToHeader; }
+    CStringA GetStateDueToCauseHeader() const { return m_stateDueToCauseHeader; }
+    CStringA GetStateDueToString() const { return m_stateDueToString; }
+    CStringA GetUserString() const { return m_userString; }
+    CStringA GetObjStringK() const { return m_objStringK; }
+    CStringA GetObjStringV() const { return m_objStringV; }
+
+  protected:
+    CStateEvent() = default;  // address all deferred, not masked, state 0, strings empty
+    ~CStateEvent() override;
+
+  private:
+    friend struct brindle::LayoutProbe;
+
+    CAddressOv m_address;
+    bool m_masked = false;
+    int m_state = 0;
+    CStringA m_stateDueToHeader;
+    CStringA m_stateDueToCauseHeader;
+    CStringA m_stateDueToString;
+    CStringA m_userString;
+    CStringA m_objStringK;
+    CStringA m_objStringV;
+};

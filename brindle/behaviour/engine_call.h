@@ -1,0 +1,44 @@
+// EngineCall: what lasts from the outermost call into the behaviour engine until that call returns. Code the
+// engine calls may destroy triggers, actions and behaviours that are running at this moment; those are parked
+// and deleted when the outermost call returns. Also here: serial numbers and the generation of event plans.
+// Internal; the calls in progress are counted for each thread.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+#include "brindle/framework/export.h"
+
+class CCommandTreeItem;
+
+namespace brindle {
+
+class BRINDLE_API EngineCall {
+  public:
+    EngineCall() noexcept;
+    EngineCall(const EngineCall&) = delete;
+    EngineCall& operator=(const EngineCall&) = delete;
+    ~EngineCall();  // the outermost one deletes what was parked
+};
+
+// Deletes the item at once when no engine call is in progress on this thread, else when the outermost one
+// returns. Repeats of it are inert from now on in both cases. Null is ignored.
+void DestroyItem(CCommandTreeItem* item);
+
+// Whether the item was destroyed by DestroyItem and only waits for the outermost call to return.
+bool IsParked(const void* item) noexcept;
+
+// A number never given before in this process.
+BRINDLE_API std::uint64_t NextSerial() noexcept;
+
+// Event plans are built for one generation of the tree; every change of structure or of an enabled flag
+// begins a new one.
+extern BRINDLE_API std::atomic<std::uint64_t> g_planGeneration;
+inline std::uint64_t PlanGeneration() noexcept {
+    return g_planGeneration.load(std::memory_order_relaxed);
+}
+inline void OutdatePlans() noexcept {
+    g_planGeneration.fetch_add(1, std::memory_order_relaxed);
+}
+
+}  // namespace brindle

@@ -1,0 +1,19 @@
+// TraveralFunct: the visitor of the behaviour tree. (The name is part of the interface.)
+#pragma once
+
+#include "brindle/framework/export.h"
+
+class CCommandTreeItem;
+
+class BRINDLE_API TraveralFunct {
+  public:
+    TraveralFunct() noexcept = default;
+    TraveralFunct(const TraveralFunct&) noexcept {}
+    TraveralFunct& operator=(const TraveralFunct&) noexcept { return *this; }
+
+    // Called for every node visited; never with null.
+    virtual void operator()(CCommandTreeItem* item) const = 0;
+
+  protected:
+    ~TraveralFunct() = default;  // never destroyed through this interface
+};

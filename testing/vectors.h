@@ -14,7 +14,7 @@ std::string BytesOf(const nlohmann::json& narrow);
 
 }  // namespace brindle::testing
 
-#define BRINDLE_VECTORS_OR_SKIP(name, file)                        \
-    const auto name##_loaded = brindle::testing::LoadVectors(file); \
+#define BRINDLE_VECTORS_OR_SKIP(name, file)                                            \
+    const auto name##_loaded = brindle::testing::LoadVectors(file);                    \
     if (!name##_loaded) GTEST_SKIP() << "no recorded vectors given (BRINDLE_VECTORS)"; \
     const nlohmann::json& name = *name##_loaded

@@ -59,10 +59,10 @@ class BRINDLE_API CAddressOv : public CObject {
 
     int SetAddress(const FullAddress_t& address) noexcept;  // nothing deferred afterwards; returns 1
     int SetAddress(unsigned long packed) noexcept;          // nothing deferred afterwards; returns 1
-    // Three hexadecimal numbers separated by ":". Numbers alone ("12:3:4") are cut to their range. A part
-    // that is empty or consists of "?" is deferred and keeps its number ("12:?:4"); then the other parts are
-    // kept uncut and everything from the first "," on is ignored. Returns 1, or 0 when the text is no
-    // address: parts read before the fault was met keep their new values, a null text changes nothing.
+    // Three hexadecimal numbers separated by ":" ("12:3:4"), cut to their range; text behind them is ignored.
+    // A part that is empty or consists of "?" is deferred and its number is 0 ("12:?:4"); the other parts are
+    // then kept uncut, and everything from the first "," on is ignored. Returns 1, or 0 when the text is no
+    // address: a null text changes nothing, any other leaves what was read of it and 0 in the other parts.
     int SetAddress(const char* text) noexcept;
 
     // The address completed: each deferred part from `defaults`, the others cut to the record's widths.

@@ -31,6 +31,13 @@ class BRINDLE_API CStateEvent : public CCommandEvent {
     CStateEvent() = default;  // address all deferred, not masked, state 0, strings empty
     ~CStateEvent() override;
 
+    // A new Event made from this event's fields; its own extra field goes first. What Replicate is made of.
+    template <class Event, class... Extra>
+    Event* ReplicateAs(Extra... extra) const {
+        return new Event(extra..., m_address, m_masked, m_state, m_stateDueToHeader, m_stateDueToCauseHeader,
+                         m_stateDueToString, m_userString, m_objStringK, m_objStringV);
+    }
+
   private:
     friend struct brindle::LayoutProbe;
 

@@ -3,8 +3,8 @@
 // 0xFF, 0xFFFF and a 32-bit length. Stored: do not change.
 //
 // An archive either stores or loads for its whole life. Every failure throws CArchiveException (by value) and
-// leaves the stream where it was read to: wrong mode, end of data, a stream that refuses to write, and a string
-// whose length is more than what is left or whose prefix announces wide characters (0xFF, 0xFFFE).
+// leaves the stream where it was read to: wrong mode, end of data, a stream that refuses to write, and a
+// string whose length is more than what is left or whose prefix announces wide characters (0xFF, 0xFFFE).
 // Thread: one archive belongs to one thread.
 #pragma once
 

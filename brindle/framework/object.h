@@ -2,7 +2,8 @@
 // created by name.
 //
 // The library's own classes are in the table from the start (it is constant-initialised); a host adds its
-// classes with RegisterRuntimeClass. Thread: registration belongs to start-up; look-ups may come from anywhere.
+// classes with RegisterRuntimeClass. Thread: registration belongs to start-up; look-ups may come from
+// anywhere.
 #pragma once
 
 #include <cstddef>
@@ -19,9 +20,9 @@ class CDumpContext;
 struct CRuntimeClass {
     const char* m_lpszClassName;
     int m_nObjectSize;
-    unsigned int m_wSchema;  // 0xFFFF: not serialisable by name
-    CObject* (*m_pfnCreateObject)();  // null: not dynamically creatable
-    const CRuntimeClass* m_pBaseClass;  // null for CObject
+    unsigned int m_wSchema;                     // 0xFFFF: not serialisable by name
+    CObject* (*m_pfnCreateObject)();            // null: not dynamically creatable
+    const CRuntimeClass* m_pBaseClass;          // null for CObject
     mutable const CRuntimeClass* m_pNextClass;  // link of the table; belongs to it
 
     // A new object the caller owns, or null when the class is not dynamically creatable.

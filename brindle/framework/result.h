@@ -1,5 +1,5 @@
-// Result: how a failure travels inside the library: a code, a text that names what and why, and a place in the
-// input where there is one. Exported functions turn it into their bool or int once, at the edge.
+// Result: how a failure travels inside the library: a code, a text that names what and why, and a place in
+// the input where there is one. Exported functions turn it into their bool or int once, at the edge.
 #pragma once
 
 #include <cstdint>
@@ -21,7 +21,7 @@ enum class ErrorCode {
 
 struct Result {
     ErrorCode code = ErrorCode::kNone;
-    std::string text;         // empty on success; UTF-8 free: plain ASCII plus the bytes of names
+    std::string text;          // empty on success; UTF-8 free: plain ASCII plus the bytes of names
     std::uint32_t line = 0;    // from 1; 0: no place
     std::uint32_t column = 0;  // from 1; 0: no place
 

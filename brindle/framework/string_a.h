@@ -1,9 +1,9 @@
 // CStringA: the library's narrow string, a small class over std::string with the application framework's
 // usual operations.
 //
-// Bytes are in the ANSI code page. A string may hold zero bytes: GetLength, ==, +=, Mid and the searches for a
-// single character see the whole string, while everything that goes through `const char*` (conversion, Format
-// arguments, Find of a text) ends at the first zero byte. A null `const char*` reads as the empty text
+// Bytes are in the ANSI code page. A string may hold zero bytes: GetLength, ==, +=, Mid and the searches for
+// a single character see the whole string, while everything that goes through `const char*` (conversion,
+// Format arguments, Find of a text) ends at the first zero byte. A null `const char*` reads as the empty text
 // everywhere. Positions and counts are in bytes; positions out of range are clamped, never undefined.
 // Letter case folds by the table in letter_case.h, never by the process locale.
 // Thread: a value type without shared state; two threads may use two strings freely.
@@ -13,8 +13,8 @@
 #include <cstddef>
 #include <functional>
 #include <string>
-#include <utility>
 #include <string_view>
+#include <utility>
 
 #include "brindle/framework/export.h"
 
@@ -33,7 +33,8 @@ class BRINDLE_API CStringA {
     CStringA& operator=(std::string&& text) noexcept;
     CStringA& operator=(char character);
 
-    // Valid until the string is changed or destroyed; ends at the first zero byte for whoever reads it as text.
+    // Valid until the string is changed or destroyed; ends at the first zero byte for whoever reads it as
+    // text.
     operator const char*() const noexcept { return m_text.c_str(); }
     const char* GetString() const noexcept { return m_text.c_str(); }
     const std::string& str() const noexcept { return m_text; }
@@ -43,7 +44,7 @@ class BRINDLE_API CStringA {
     int GetLength() const noexcept;
     bool IsEmpty() const noexcept { return m_text.empty(); }
     void Empty() noexcept { m_text.clear(); }
-    char GetAt(int index) const noexcept;  // '\0' out of range
+    char GetAt(int index) const noexcept;            // '\0' out of range
     void SetAt(int index, char character) noexcept;  // ignored out of range
     char operator[](int index) const noexcept { return GetAt(index); }
 
@@ -89,12 +90,13 @@ class BRINDLE_API CStringA {
     CStringA& TrimRight(const char* targets);
 
     int Replace(char from, char to) noexcept;  // number of characters replaced
-    // Replaces every occurrence from left to right; the replacement is not searched again. Returns the number.
+    // Replaces every occurrence from left to right; the replacement is not searched again. Returns the
+    // number.
     int Replace(const char* from, const char* to);
-    int Remove(char character);                 // number of characters removed
-    int Insert(int index, char character);      // new length
-    int Insert(int index, const char* text);    // new length
-    int Delete(int index, int count = 1);       // new length
+    int Remove(char character);               // number of characters removed
+    int Insert(int index, char character);    // new length
+    int Insert(int index, const char* text);  // new length
+    int Delete(int index, int count = 1);     // new length
     void Truncate(int length);
 
     // printf rules, "C" locale numbers whatever the process locale is.
@@ -102,7 +104,8 @@ class BRINDLE_API CStringA {
     void AppendFormat(const char* format, ...) __attribute__((format(printf, 2, 3)));
     void FormatV(const char* format, va_list arguments);
 
-    // Writable buffer of at least `length` bytes and a zero; ReleaseBuffer sets the length (-1: up to the zero).
+    // Writable buffer of at least `length` bytes and a zero; ReleaseBuffer sets the length (-1: up to the
+    // zero).
     char* GetBuffer(int length);
     char* GetBuffer() { return GetBuffer(GetLength()); }
     void ReleaseBuffer(int length = -1);
@@ -113,20 +116,44 @@ class BRINDLE_API CStringA {
     std::string m_text;
 };
 
-inline bool operator==(const CStringA& a, const CStringA& b) noexcept { return a.str() == b.str(); }
-inline bool operator==(const CStringA& a, const char* b) noexcept { return a.str() == (b ? b : ""); }
-inline bool operator==(const CStringA& a, const std::string& b) noexcept { return a.str() == b; }
-inline bool operator!=(const CStringA& a, const CStringA& b) noexcept { return a.str() != b.str(); }
-inline bool operator!=(const CStringA& a, const char* b) noexcept { return !(a == b); }
-inline bool operator!=(const CStringA& a, const std::string& b) noexcept { return a.str() != b; }
-inline bool operator==(const char* a, const CStringA& b) noexcept { return b == a; }
-inline bool operator!=(const char* a, const CStringA& b) noexcept { return !(b == a); }
+inline bool operator==(const CStringA& a, const CStringA& b) noexcept {
+    return a.str() == b.str();
+}
+inline bool operator==(const CStringA& a, const char* b) noexcept {
+    return a.str() == (b ? b : "");
+}
+inline bool operator==(const CStringA& a, const std::string& b) noexcept {
+    return a.str() == b;
+}
+inline bool operator!=(const CStringA& a, const CStringA& b) noexcept {
+    return a.str() != b.str();
+}
+inline bool operator!=(const CStringA& a, const char* b) noexcept {
+    return !(a == b);
+}
+inline bool operator!=(const CStringA& a, const std::string& b) noexcept {
+    return a.str() != b;
+}
+inline bool operator==(const char* a, const CStringA& b) noexcept {
+    return b == a;
+}
+inline bool operator!=(const char* a, const CStringA& b) noexcept {
+    return !(b == a);
+}
 
 // Byte-wise, unsigned, case-sensitive: the order of sorted containers.
-inline bool operator<(const CStringA& a, const CStringA& b) noexcept { return a.str() < b.str(); }
-inline bool operator>(const CStringA& a, const CStringA& b) noexcept { return b.str() < a.str(); }
-inline bool operator<=(const CStringA& a, const CStringA& b) noexcept { return !(b < a); }
-inline bool operator>=(const CStringA& a, const CStringA& b) noexcept { return !(a < b); }
+inline bool operator<(const CStringA& a, const CStringA& b) noexcept {
+    return a.str() < b.str();
+}
+inline bool operator>(const CStringA& a, const CStringA& b) noexcept {
+    return b.str() < a.str();
+}
+inline bool operator<=(const CStringA& a, const CStringA& b) noexcept {
+    return !(b < a);
+}
+inline bool operator>=(const CStringA& a, const CStringA& b) noexcept {
+    return !(a < b);
+}
 
 BRINDLE_API CStringA operator+(const CStringA& a, const CStringA& b);
 BRINDLE_API CStringA operator+(const CStringA& a, const char* b);

@@ -1,0 +1,32 @@
+// The module object: what the library says about itself. It exists from the moment the library is loaded.
+#pragma once
+
+#include "brindle/framework/export.h"
+
+namespace brindle {
+
+struct ModuleVersion {
+    int major;
+    int minor;
+    int patch;
+};
+
+class BRINDLE_API Module {
+  public:
+    const char* Name() const noexcept { return m_name; }
+    const char* VersionText() const noexcept { return m_versionText; }  // "1.0.0"
+    ModuleVersion Version() const noexcept { return m_version; }
+
+    // The one object of the process; never destroyed. Thread: any.
+    static const Module& Instance() noexcept;
+
+  private:
+    constexpr Module(const char* name, const char* versionText, ModuleVersion version) noexcept
+        : m_name(name), m_versionText(versionText), m_version(version) {}
+
+    const char* m_name;
+    const char* m_versionText;
+    ModuleVersion m_version;
+};
+
+}  // namespace brindle

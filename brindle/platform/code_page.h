@@ -1,9 +1,9 @@
 // CodePage: conversion between the library's bytes (the ANSI code page) and UTF-8.
 //
-// The code page is Windows-1252 unless a host sets another. In Windows-1252 the five unassigned bytes (81 8D 8F
-// 90 9D) stand for the C1 characters of the same number, so every byte converts both ways. When the code page is
-// UTF-8 both conversions are the identity. Thread: conversions may come from any thread; the code page is
-// chosen at start-up.
+// The code page is Windows-1252 unless a host sets another. In Windows-1252 the five unassigned bytes (81 8D
+// 8F 90 9D) stand for the C1 characters of the same number, so every byte converts both ways. When the code
+// page is UTF-8 both conversions are the identity. Thread: conversions may come from any thread; the code
+// page is chosen at start-up.
 #pragma once
 
 #include <string>
@@ -23,8 +23,8 @@ class CodePage {
     virtual unsigned Selected() const = 0;
     // Appends the UTF-8 form of `bytes` to `utf8`. Never fails: a byte without a character becomes U+FFFD.
     virtual void AppendUtf8(std::string_view bytes, std::string& utf8) const = 0;
-    // Appends the code page's form of `utf8` to `bytes`. A character with no byte there becomes "?", and so does
-    // each byte that is not well-formed UTF-8; the result is false if there was any of either.
+    // Appends the code page's form of `utf8` to `bytes`. A character with no byte there becomes "?", and so
+    // does each byte that is not well-formed UTF-8; the result is false if there was any of either.
     virtual bool AppendBytes(std::string_view utf8, std::string& bytes) const = 0;
 
   protected:

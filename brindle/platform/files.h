@@ -1,10 +1,11 @@
 // Files: reading and writing whole files by host path.
 //
-// A host path is bytes in the ANSI code page and may be written the other system's way: "\" reads as "/", a drive
-// letter ("C:") is mapped through a table the host may set (by default to the root), and ".." never leaves a
-// mapped drive. A path that begins with "/" and exists as spelled keeps its backslashes. An exact spelling wins;
-// else each component is looked for without regard to case; of several matches the byte-smallest is taken and
-// the warning sink is told. For a file to be created only its folder is looked for. Thread: any.
+// A host path is bytes in the ANSI code page and may be written the other system's way: "\" reads as "/", a
+// drive letter ("C:") is mapped through a table the host may set (by default to the root), and ".." never
+// leaves a mapped drive. A path that begins with "/" and exists as spelled keeps its backslashes. An exact
+// spelling wins; else each component is looked for without regard to case; of several matches the
+// byte-smallest is taken and the warning sink is told. For a file to be created only its folder is looked
+// for. Thread: any.
 #pragma once
 
 #include <cstdint>
@@ -30,8 +31,8 @@ class Files {
     virtual Result SetCurrentDirectory(std::string_view hostPath) = 0;
     // The system path a host path stands for (UTF-8 or whatever bytes the system uses).
     virtual std::string SystemPath(std::string_view hostPath, bool forCreation) = 0;
-    // Maps a drive letter (any case) to a folder of the system; an empty folder removes the mapping. False for
-    // what is not a letter.
+    // Maps a drive letter (any case) to a folder of the system; an empty folder removes the mapping. False
+    // for what is not a letter.
     virtual bool MapDrive(char letter, std::string_view systemFolder) = 0;
 
   protected:
@@ -42,7 +43,8 @@ BRINDLE_API Files& CurrentFiles() noexcept;
 // Installs a service (not owned; null: the backend's again). Returns the one installed before, or null.
 BRINDLE_API Files* SetFiles(Files* service) noexcept;
 
-// Where the services report what a person should know although the call succeeded. Null: nowhere (the default).
+// Where the services report what a person should know although the call succeeded. Null: nowhere (the
+// default).
 using WarningSink = void (*)(const char* text);
 BRINDLE_API WarningSink SetWarningSink(WarningSink sink) noexcept;
 BRINDLE_API void Warn(const char* text);

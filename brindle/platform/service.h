@@ -1,5 +1,6 @@
-// ServiceSlot: where one platform service is kept. Empty means the backend's own service, so that every service
-// is in place without any call; a setter replaces it for the whole process. Reading is one atomic load.
+// ServiceSlot: where one platform service is kept. Empty means the backend's own service, so that every
+// service is in place without any call; a setter replaces it for the whole process. Reading is one atomic
+// load.
 #pragma once
 
 #include <atomic>

@@ -1,0 +1,19 @@
+// What every backend provides: its own services, in place without any call. Exactly one backend is
+// linked.
+#pragma once
+
+#include "brindle/platform/clock.h"
+#include "brindle/platform/code_page.h"
+#include "brindle/platform/files.h"
+
+namespace brindle {
+
+Clock& BackendClock() noexcept;
+CodePage& BackendCodePage() noexcept;
+Files& BackendFiles() noexcept;
+
+// For a code page service to call when its code page has changed: letter case follows, if it is the one in
+// use.
+void LetterCaseFollows(const CodePage& service) noexcept;
+
+}  // namespace brindle

@@ -5,21 +5,9 @@
 #include <cstdint>
 
 #include "brindle/framework/export.h"
+#include "brindle/framework/local_time.h"
 
 namespace brindle {
-
-// A moment in the process's time zone, broken down.
-struct LocalTime {
-    int year = 1970;
-    int month = 1;    // 1 to 12
-    int day = 1;      // 1 to 31
-    int hour = 0;     // 0 to 23
-    int minute = 0;   // 0 to 59
-    int second = 0;   // 0 to 60
-    int weekday = 4;  // 0 = Sunday
-    int yearDay = 0;  // 0 = 1 January
-    int utcOffsetSeconds = 0;
-};
 
 class Clock {
   public:

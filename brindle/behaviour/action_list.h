@@ -16,6 +16,10 @@ class VariableManager;
 class XMLReader;
 class XMLWriter;
 
+namespace brindle {
+struct ParkingAccess;
+}
+
 class BRINDLE_API CCommandActionList {
   public:
     using Factory = CCommandAction* (*)(unsigned long);
@@ -61,5 +65,6 @@ class BRINDLE_API CCommandActionList {
     friend class CCommandBehaviour;
     friend class CCommandBehaviourList;
     friend struct BehaviourLayout;
+    friend struct brindle::ParkingAccess;
     brindle::ItemList<CCommandAction> m_actions{false};
 };

@@ -12,6 +12,10 @@ class CCommandEvent;
 class TraveralFunct;
 class VariableManager;
 
+namespace brindle {
+struct ParkingAccess;
+}
+
 class BRINDLE_API CCommandBehaviour : public CCommandTreeItem {
   public:
     CCommandBehaviour();
@@ -56,7 +60,7 @@ class BRINDLE_API CCommandBehaviour : public CCommandTreeItem {
   private:
     friend class CCommandBehaviourList;
     friend struct BehaviourLayout;
-    friend void brindle::DestroyItem(CCommandTreeItem* item);
+    friend struct brindle::ParkingAccess;
 
     // Acts on one verdict of one trigger.
     void Deliver(CCommandTrigger* trigger, int verdict, const CCommandEvent* event,

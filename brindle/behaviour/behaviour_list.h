@@ -12,6 +12,7 @@
 // re-entrant lock, which the timer holds for its pass over the list.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -106,8 +107,15 @@ class BRINDLE_API CCommandBehaviourList : public CCommandTreeItem {
 
     void CacheStateTriggerProps() const;
     std::shared_ptr<const brindle::EventPlan> CurrentPlan();
-    void ExecuteChanged(const brindle::EventPlan& plan, std::size_t next, const CCommandEvent* event,
-                        const VariableManager* variables, brindle::ListFrame& frame);
+    static void ExecuteChanged(const brindle::EventPlan& plan, std::size_t tested, int verdict,
+                               const CCommandEvent* event, const VariableManager* variables,
+                               brindle::ListFrame& frame);
+    static void ContinueChanged(const brindle::EventPlan& plan, std::size_t next, const CCommandEvent* event,
+                                const VariableManager* variables, brindle::ListFrame& frame);
+    static CCommandBehaviour* Owner(const brindle::EventPlan& plan, std::size_t trigger,
+                                    const brindle::ListFrame& frame);
+    void Queue(RepeatEntry entry, std::int64_t delay);
+    void RunDue(std::uint64_t now);
 
     static Registry m_lObjects;
 

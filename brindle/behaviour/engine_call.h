@@ -26,7 +26,7 @@ class BRINDLE_API EngineCall {
 void DestroyItem(CCommandTreeItem* item);
 
 // Whether the item was destroyed by DestroyItem and only waits for the outermost call to return.
-bool IsParked(const void* item) noexcept;
+bool IsParked(const CCommandTreeItem* item) noexcept;
 
 // A number never given before in this process.
 BRINDLE_API std::uint64_t NextSerial() noexcept;

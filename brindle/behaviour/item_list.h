@@ -145,6 +145,10 @@ class ItemWalk {
         }
         return nullptr;
     }
+    // Whether the item Next returned last is still in the list.
+    bool HoldsCurrent() const {
+        return m_list && (m_list->Version() == m_version || m_list->Holds(m_items[m_next - 1].serial));
+    }
     // Whether the list, and with it the object that holds it, was destroyed meanwhile.
     bool ListGone() const noexcept { return !m_list; }
 

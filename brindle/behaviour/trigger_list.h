@@ -10,6 +10,10 @@
 
 class CCommandTrigger;
 
+namespace brindle {
+struct ParkingAccess;
+}
+
 class BRINDLE_API CCommandTriggerList : public CCommandTreeItem {
   public:
     using Factory = CCommandTrigger* (*)(unsigned long);
@@ -48,5 +52,6 @@ class BRINDLE_API CCommandTriggerList : public CCommandTreeItem {
     friend class CCommandBehaviour;
     friend class CCommandBehaviourList;
     friend struct BehaviourLayout;
+    friend struct brindle::ParkingAccess;
     brindle::ItemList<CCommandTrigger> m_triggers{true};
 };

@@ -1,0 +1,129 @@
+// How one event goes through a behaviour list. Tests: behaviour_list_event_test.cpp.
+//
+// The usual event concerns few triggers of many, so the list walks a flat plan of its triggers and looks at
+// nothing else while the verdict is 0. As soon as any code it calls changes the tree, the rest of the pass
+// goes the careful way: each behaviour and trigger is looked up by its membership before it is touched.
+#include "brindle/address/event.h"
+#include "brindle/behaviour/behaviour_list.h"
+#include "brindle/behaviour/event_plan.h"
+#include "brindle/behaviour/list_frame.h"
+#include "brindle/behaviour/observer_slot.h"
+
+using brindle::EngineCall;
+using brindle::EventPlan;
+using brindle::ItemWalk;
+using brindle::ListFrame;
+
+namespace {
+
+// Consumes one reference of an event when the block is left.
+class EventReference {
+  public:
+    explicit EventReference(const CCommandEvent* event) noexcept : m_event(event) {}
+    EventReference(const EventReference&) = delete;
+    EventReference& operator=(const EventReference&) = delete;
+    ~EventReference() {
+        if (m_event) m_event->Release();
+    }
+
+  private:
+    const CCommandEvent* m_event;
+};
+
+}  // namespace
+
+std::shared_ptr<const EventPlan> CCommandBehaviourList::CurrentPlan() {
+    const std::uint64_t generation = brindle::PlanGeneration();
+    if (m_plan && m_plan->generation == generation) return m_plan;
+    auto plan = std::make_shared<EventPlan>();
+    plan->generation = generation;
+    for (POSITION at = m_behaviours.GetHeadPosition(); at;) {
+        const auto& [behaviour, serial] = m_behaviours.GetNextItem(at);
+        if (!behaviour) continue;
+        plan->members.push_back({behaviour, serial});
+        if (!behaviour->IsEnabled()) continue;
+        const brindle::ItemList<CCommandTrigger>& triggers = behaviour->m_triggers.m_triggers;
+        for (POSITION position = triggers.GetHeadPosition(); position;) {
+            const auto& trigger = triggers.GetNextItem(position);
+            if (!trigger.object) continue;
+            plan->triggers.push_back(trigger.object);
+            plan->origins.push_back({plan->members.size() - 1, trigger.serial});
+        }
+    }
+    m_plan = plan;
+    return plan;
+}
+
+void CCommandBehaviourList::Execute(const CCommandEvent* event, const VariableManager* variables) {
+    const EventReference reference(event);
+    if (!IsEnabled()) return;
+    const EngineCall call;
+    ListFrame frame(this);
+    const std::shared_ptr<const EventPlan> plan = CurrentPlan();
+    const bool observed = brindle::CurrentObserver() != nullptr;
+    const std::size_t count = plan->triggers.size();
+    CCommandTrigger* const* triggers = plan->triggers.data();
+    for (std::size_t i = 0; i < count; ++i) {
+        const int verdict = triggers[i]->Test(event);
+        if (brindle::PlanGeneration() != plan->generation) [[unlikely]] {
+            ExecuteChanged(*plan, i, verdict, event, variables, frame);
+            return;
+        }
+        if (verdict == CCommandTrigger::kNotConcerned && !observed) [[likely]]
+            continue;
+        plan->members[plan->origins[i].member].behaviour->Deliver(triggers[i], verdict, event, this,
+                                                                  variables);
+        if (brindle::PlanGeneration() != plan->generation) [[unlikely]] {
+            ContinueChanged(*plan, i + 1, event, variables, frame);
+            return;
+        }
+    }
+}
+
+// The tree changed while a trigger was tested: the verdict still counts if the trigger is there.
+void CCommandBehaviourList::ExecuteChanged(const EventPlan& plan, std::size_t tested, int verdict,
+                                           const CCommandEvent* event, const VariableManager* variables,
+                                           ListFrame& frame) {
+    if (CCommandBehaviour* behaviour = Owner(plan, tested, frame))
+        behaviour->Deliver(plan.triggers[tested], verdict, event, frame.List(), variables);
+    ContinueChanged(plan, tested + 1, event, variables, frame);
+}
+
+// The behaviour of a trigger of the plan if list, behaviour and trigger are all still there, else null.
+CCommandBehaviour* CCommandBehaviourList::Owner(const EventPlan& plan, std::size_t trigger,
+                                                const ListFrame& frame) {
+    const EventPlan::Origin& origin = plan.origins[trigger];
+    const EventPlan::Member& member = plan.members[origin.member];
+    if (!frame.List() || !frame.List()->m_behaviours.Holds(member.serial)) return nullptr;
+    return member.behaviour->m_triggers.m_triggers.Holds(origin.serial) ? member.behaviour : nullptr;
+}
+
+// The rest of a pass over a tree that has changed: the behaviour that was being asked is asked to its end,
+// then the later ones that are still in the list, and enabled, at their turn.
+void CCommandBehaviourList::ContinueChanged(const EventPlan& plan, std::size_t next,
+                                            const CCommandEvent* event, const VariableManager* variables,
+                                            ListFrame& frame) {
+    const std::size_t current = plan.origins[next - 1].member;
+    for (; next < plan.origins.size() && plan.origins[next].member == current; ++next) {
+        if (!Owner(plan, next, frame)) continue;
+        const int verdict = plan.triggers[next]->Test(event);
+        if (CCommandBehaviour* behaviour = Owner(plan, next, frame))
+            behaviour->Deliver(plan.triggers[next], verdict, event, frame.List(), variables);
+    }
+    for (std::size_t i = current + 1; i < plan.members.size(); ++i) {
+        const EventPlan::Member& member = plan.members[i];
+        if (!frame.List()) return;
+        if (!frame.List()->m_behaviours.Holds(member.serial) || !member.behaviour->IsEnabled()) continue;
+        member.behaviour->OnEvent(event, frame.List(), variables);
+    }
+}
+
+bool CCommandBehaviourList::CanUnLock(const CCommandEvent* event) {
+    const EventReference reference(event);
+    const EngineCall call;
+    const ListFrame frame(this);
+    ItemWalk<CCommandBehaviour> walk(m_behaviours);
+    while (CCommandBehaviour* behaviour = walk.Next())
+        if (behaviour->CanUnLock(event, frame.List())) return true;
+    return false;
+}

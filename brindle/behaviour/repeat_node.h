@@ -1,0 +1,34 @@
+// RepeatNode: a repeat entry as the queue keeps it. Internal.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+
+#include "brindle/behaviour/repeat_entry.h"
+
+namespace brindle {
+
+class RepeatQueue;
+
+struct RepeatNode {
+    struct Link {
+        RepeatNode* previous = nullptr;
+        RepeatNode* next = nullptr;
+    };
+
+    RepeatEntry entry;
+    RepeatQueue* queue;
+    std::size_t slot = 0;        // its place in the queue's columns
+    std::uint64_t lastPass = 0;  // the newest pass that ran it
+    int uses = 0;                // runs in progress
+    bool scheduled;              // the trigger is time based: its period is asked anew at every run
+    bool removed = false;
+    // The trigger or the action was destroyed: both pointers are stale and the entry never runs again. Set
+    // once, possibly by another thread than the one that visits the queue.
+    std::atomic<bool> inert{false};
+    Link byTrigger;  // neighbours in the index, guarded by the index
+    Link byAction;
+};
+
+}  // namespace brindle

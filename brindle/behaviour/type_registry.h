@@ -1,0 +1,96 @@
+// What the trigger list and the action list have in common: a registry of types by name, and loading, saving
+// and copying their items. Internal. Tests: trigger_list_test.cpp, action_list_test.cpp run the same cases on
+// both.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "brindle/behaviour/engine_call.h"
+#include "brindle/behaviour/item_list.h"
+#include "brindle/behaviour/section.h"
+#include "brindle/framework/list.h"
+#include "brindle/framework/string_a.h"
+
+namespace brindle {
+
+template <class T>
+class TypeRegistry {
+  public:
+    using Factory = T* (*)(unsigned long);
+
+    void Register(const char* name, Factory factory) { m_entries.push_back({name, factory}); }
+
+    T* Create(const char* name, unsigned long id) const {
+        const CStringA wanted(name);
+        for (const Entry& entry : m_entries) {
+            if (entry.name.GetLength() != wanted.GetLength() || entry.name.CompareNoCase(wanted) != 0)
+                continue;
+            return entry.factory ? entry.factory(static_cast<std::uint32_t>(id)) : nullptr;
+        }
+        return nullptr;
+    }
+
+    void GetNames(CStringList& names) const {
+        names.RemoveAll();
+        for (const Entry& entry : m_entries) names.AddTail(entry.name);
+    }
+
+  private:
+    struct Entry {
+        CStringA name;
+        Factory factory;
+    };
+    std::vector<Entry> m_entries;
+};
+
+// Appends an item for every child of the next section of that name whose type is registered, in document
+// order.
+template <class T>
+void LoadItems(XMLReader& reader, const char* sectionName, const TypeRegistry<T>& registry,
+               ItemList<T>& items) {
+    const ReadSection section(reader, sectionName);
+    if (!section) return;
+    const EngineCall call;
+    const ItemWalk<T> watch(items);  // an item may destroy the list that is being loaded
+    const std::vector<CStringA> names = reader.GetChildSections();
+    for (const CStringA& name : names) {
+        std::unique_ptr<T> item(registry.Create(name, 0));
+        if (!item) continue;
+        const ReadSection child(reader, name);
+        if (!child) continue;
+        item->Load(reader);
+        if (watch.ListGone()) return;
+        items.AddTail(item.release());
+    }
+}
+
+template <class T>
+void SaveItems(XMLWriter& writer, const char* sectionName, const ItemList<T>& items) {
+    const WriteSection section(writer, sectionName);
+    ItemWalk<T> walk(items);
+    while (const T* item = walk.Next()) item->Save(writer);
+}
+
+// Appends what each item's Replicate returns, null included; null items give null.
+template <class T>
+void AppendReplicas(const ItemList<T>& from, ItemList<T>& to) {
+    const EngineCall call;
+    std::vector<T*> sources;  // a list assigned to itself doubles
+    for (POSITION position = from.GetHeadPosition(); position;) sources.push_back(from.GetNext(position));
+    for (T* source : sources) to.AddTail(source ? source->Replicate() : nullptr);
+}
+
+template <class T>
+void DestroyItems(ItemList<T>& items) {
+    while (POSITION position = items.GetHeadPosition()) DestroyItem(items.RemoveAt(position));
+}
+
+template <class T>
+void RemoveAndDestroy(ItemList<T>& items, const T* item) {
+    if (!item) return;
+    if (POSITION position = items.Find(item)) DestroyItem(items.RemoveAt(position));
+}
+
+}  // namespace brindle

@@ -6,7 +6,7 @@ find_package(LibXml2 REQUIRED)
 # All of the library's objects, once: the shared library, the tests and the benchmarks are made from them.
 add_library(brindle_objects STATIC)
 target_include_directories(brindle_objects PUBLIC ${PROJECT_SOURCE_DIR})
-target_compile_definitions(brindle_objects PRIVATE BRINDLE_BUILDING BRINDLE_VERSION="${PROJECT_VERSION}")
+target_compile_definitions(brindle_objects PRIVATE BRINDLE_BUILDING)
 target_link_libraries(brindle_objects PUBLIC Threads::Threads PRIVATE LibXml2::LibXml2)
 
 # brindle_sources(FILE...): adds this folder's sources to the library.

@@ -1,0 +1,86 @@
+"""What the built library exports, needs and does when it is loaded."""
+import os
+import pathlib
+import re
+import subprocess
+
+from .tree import Problem
+
+LIST = "tools/exports.txt"
+NEEDED = {"libxml2.so.2", "libstdc++.so.6", "libm.so.6", "libgcc_s.so.1", "libc.so.6", "ld-linux-x86-64.so.2",
+          "ld-linux-aarch64.so.1"}
+DESKTOP = re.compile(r"lib(?:Qt\d|X11|xcb|wayland|GL|EGL|gtk|gdk)", re.IGNORECASE)
+# Templates of the standard library that happen to be made here belong to it, not to the interface.
+FOREIGN = re.compile(r"^(?:typeinfo (?:for|name for) |vtable for |guard variable for )?"
+                     r"(?:.*\s)?(?:std::|__gnu_cxx::|__cxxabiv1::|operator (?:new|delete))")
+
+
+def output(*command):
+    return subprocess.run(command, capture_output=True, text=True, check=True).stdout
+
+
+def library(build):
+    return str(pathlib.Path(build) / "lib" / "libbrindle.so")
+
+
+def symbols(build):
+    """(kind, name) of everything the library exports. Kinds are nm's: upper case strong, V and W weak."""
+    found = []
+    for line in output("nm", "-D", "-C", "--defined-only", library(build)).splitlines():
+        _, kind, name = line.split(" ", 2)
+        found.append((kind, name))
+    return found
+
+
+def interface(build):
+    """The strong symbols: what a program may bind to. Weak ones come and go with the optimiser."""
+    return sorted({name for kind, name in symbols(build) if kind in "TDRB" and not FOREIGN.match(name)})
+
+
+def check_exports(tree, build):
+    path = tree.root / LIST
+    expected = path.read_text().splitlines() if path.exists() else []
+    now = interface(build)
+    problems = [Problem(LIST, 0, f"no longer exported: {name}") for name in expected if name not in set(now)]
+    problems += [Problem(LIST, 0, f"newly exported: {name}") for name in now if name not in set(expected)]
+    if problems:
+        problems.append(Problem(LIST, 0, "if these changes are meant: tools/accept-exports"))
+    for kind, name in symbols(build):
+        if kind == "V" and name.startswith("vtable for ") and not FOREIGN.match(name):
+            problems.append(Problem(LIST, 0, f"{name} is weak: the class has no key function"))
+    return problems
+
+
+def check_startup(tree, build):
+    """Nothing runs when the library is loaded, and nothing when the process ends."""
+    archive = str(pathlib.Path(build) / "libbrindle_objects.a")
+    problems = []
+    for line in output("nm", "-A", archive).splitlines():
+        member = line.split(":")[1] if line.count(":") >= 2 else archive
+        if re.search(r"\b[tT] _GLOBAL__(?:sub_)?[ID]_?", line):
+            problems.append(Problem(member, 0, "constructs something global when the library is loaded"))
+        if re.search(r" U __cxa_atexit$| U atexit$", line):
+            problems.append(Problem(member, 0, "destroys something when the process ends"))
+    size = re.search(r"\.init_array\s+INIT_ARRAY\s+\S+\s+\S+\s+(\S+)",
+                     output("readelf", "-SW", library(build)))
+    # One pointer is the compiler's own start-up routine.
+    if size and int(size.group(1), 16) > 8:
+        problems.append(Problem("libbrindle.so", 0, "runs functions when it is loaded (.init_array)"))
+    return sorted(set(problems), key=lambda p: (p.file, p.text))
+
+
+def check_desktop(tree, build):
+    """The library needs the C++ run-time and libxml2; nothing it loads is a desktop's."""
+    problems = []
+    for name in re.findall(r"\(NEEDED\).*\[(.*)\]", output("readelf", "-dW", library(build))):
+        if name not in NEEDED:
+            problems.append(Problem("libbrindle.so", 0, f"needs {name}"))
+    tool = pathlib.Path(build) / "bin" / "brindle"
+    for binary in [library(build)] + ([str(tool)] if tool.exists() else []):
+        for line in output("ldd", binary).splitlines():
+            loaded = line.split()[0]
+            if DESKTOP.match(os.path.basename(loaded)):
+                problems.append(Problem(os.path.basename(binary), 0, f"loads {loaded}"))
+            if "not found" in line:
+                problems.append(Problem(os.path.basename(binary), 0, line.strip()))
+    return problems

@@ -27,10 +27,14 @@ namespace brindle {
 
 using XmlNode = brindle_xml_node;
 
-// What a parse accepts: more than any of these is ErrorCode::kLimit.
-constexpr std::size_t kXmlMaxBytes = 16u << 20;
-constexpr unsigned kXmlMaxDepth = 256;        // elements inside each other, the root is 1
-constexpr unsigned kXmlMaxAttributes = 4096;  // attributes and namespace declarations of one element
+// What a parse accepts: more than any of these is ErrorCode::kLimit. (A backend may refuse a single text or
+// attribute of more than ten million bytes too.)
+constexpr std::size_t kXmlMaxBytes = 16u << 20;  // as given, as UTF-8, and again for what entities expand to
+constexpr unsigned kXmlMaxDepth = 256;           // elements inside each other, the root is 1
+// Attributes and namespace declarations of one element, defaults included; also the attributes that a
+// document type declares in all. Counted before the parse, so that a tag in a comment counts too.
+constexpr unsigned kXmlMaxAttributes = 4096;
+constexpr unsigned kXmlMaxNamespaces = 256;  // namespace declarations in scope
 
 enum class XmlInput {
     kFile,  // bytes as they lie in a file: byte order mark, else declared encoding, else UTF-8
@@ -40,6 +44,7 @@ enum class XmlInput {
 enum class XmlPositions { kNone, kRecord };
 
 // Line and column of an element's "<", both from 1 (column in bytes of the parsed text as UTF-8); 0: unknown.
+// Lines end at LF.
 struct XmlPosition {
     std::uint32_t line = 0;
     std::uint32_t column = 0;
@@ -85,7 +90,8 @@ class XmlDocument {
     virtual std::vector<XmlAttribute> Attributes(XmlNode* element) = 0;
     // The texts of the element and of its descendants, one after the other.
     virtual std::string Text(XmlNode* element) = 0;
-    // Where the element stood in the source; zeros when positions were not recorded or it was built.
+    // Where the element stood in the source; zeros when positions were not recorded or it was built. An
+    // element out of an entity's text stands where the nearest element around it stands.
     virtual XmlPosition Position(XmlNode* element) = 0;
 
     // Building. A null parent is the document itself. Names and texts are taken as given; null or false when
@@ -93,7 +99,8 @@ class XmlDocument {
     virtual XmlNode* AppendElement(XmlNode* parent, const char* name) = 0;
     virtual bool AppendText(XmlNode* parent, const char* text) = 0;
     virtual bool AppendComment(XmlNode* parent, const char* text) = 0;
-    // Target "xml" on the empty document is the declaration: only a version in `data` is looked at.
+    // Target "xml" on the empty document is the declaration <?xml version="1.0"?>, whatever `data` is;
+    // anywhere else it is refused.
     virtual bool AppendInstruction(XmlNode* parent, const char* target, const char* data) = 0;
     // Adds the attribute, or replaces the one of that name.
     virtual bool SetAttribute(XmlNode* element, const char* name, const char* value) = 0;
@@ -114,6 +121,9 @@ class XmlDom {
   protected:
     ~XmlDom() = default;  // never destroyed through this interface
 };
+
+// What the linked backend provides.
+XmlDom& BackendXmlDom() noexcept;
 
 XmlDom& CurrentXmlDom() noexcept;
 // Installs a service (not owned; null: the backend's again). Returns the one installed before, or null.

@@ -58,7 +58,7 @@ class BRINDLE_API XMLReader {
     // The same from a text, which is in the ANSI code page whatever encoding it declares.
     bool LoadFromString(char const* text, CStringA& error);
     // The same two for tools: `result` says what is wrong and where (line and column from 1, column in
-    // bytes), and GetPosition works afterwards. Slower than the plain loads.
+    // bytes of the text as UTF-8), and GetPosition works afterwards. Slower than the plain loads.
     bool LoadPositioned(char const* path, brindle::Result& result);
     bool LoadFromStringPositioned(char const* text, brindle::Result& result);
 
@@ -106,21 +106,20 @@ class BRINDLE_API XMLReader {
     // Not for real values: it ignores `value`, writes the text "150" and returns false.
     bool WriteAttribute(char const* name, int& value);
 
-    // Where the current section's element begins in its source (line and column of its "<", from 1, column in
-    // bytes). False, outputs unchanged, when no section is open, the document was not loaded by one of
-    // the positioned loads, or the element was created here.
+    // Where the current section's element begins in its source (line and column of its "<", from 1, column in bytes
+    // of the text as UTF-8); an element created here, or out of an entity, stands where the one around it does.
+    // False, outputs unchanged, when no section is open or the document was not loaded by a positioned load.
     bool GetPosition(std::uint32_t& line, std::uint32_t& column) const;
 
   private:
     struct Section;
 
-    brindle::Result LoadBytes(std::string_view bytes, bool isText, bool positions);
     brindle::Result LoadFile(char const* path, bool positions);
     brindle::Result LoadText(char const* text, bool positions);
     Section* Current() const noexcept { return m_sections.empty() ? nullptr : m_sections.back().get(); }
     // The attribute's text in UTF-8, where it lies or in `buffer`. False when absent or no section is open.
     bool FindAttribute(char const* name, std::string& buffer, std::string_view& value) const;
-    void Push(brindle_xml_node* element);
+    void Push(const std::shared_ptr<brindle::XmlDocument>& document, brindle_xml_node* element);
 
     std::shared_ptr<brindle::XmlDocument> m_document;
     std::vector<std::shared_ptr<Section>> m_sections;

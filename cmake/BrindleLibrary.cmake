@@ -18,16 +18,12 @@ if(BRINDLE_PLAIN_CODE)
   target_link_options(brindle PRIVATE LINKER:--no-undefined LINKER:--as-needed)
 endif()
 
-# Public headers: every family, and of the services the ones a host may replace. cmake/public-headers.txt is the
-# list that the checks read as well.
-file(STRINGS ${PROJECT_SOURCE_DIR}/cmake/public-headers.txt patterns REGEX "^[^#]")
-foreach(pattern ${patterns})
-  file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/${pattern})
-  foreach(header ${headers})
-    cmake_path(GET header PARENT_PATH folder)
-    install(FILES ${PROJECT_SOURCE_DIR}/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder}
-            COMPONENT development)
-  endforeach()
+file(STRINGS ${PROJECT_SOURCE_DIR}/cmake/public-headers.txt headers REGEX "^[^#]")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/public-headers.txt)
+foreach(header ${headers})
+  cmake_path(GET header PARENT_PATH folder)
+  install(FILES ${PROJECT_SOURCE_DIR}/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder}
+          COMPONENT development)
 endforeach()
 
 install(TARGETS brindle EXPORT brindle

@@ -20,7 +20,7 @@ class CheckTest(unittest.TestCase):
         shutil.copy(ROOT / ".clang-format", self.root)
         self.write("cmake/layers.txt", "brindle/one ->\nbrindle/two -> brindle/one\nbrindle/platform/linux ->\n"
                                        "brindle/platform ->\nhost -> public\n<json/> -> host\n")
-        self.write("cmake/public-headers.txt", "# public\nbrindle/one/*.h\n")
+        self.write("cmake/public-headers.txt", "# public\nbrindle/one/one.h\n")
         self.write("brindle/one/one.h", GOOD_HEADER)
         self.write("brindle/one/one.cpp", GOOD_SOURCE)
         self.write("brindle/two/two.h", "// Two: needs one.\n#pragma once\n\n#include \"brindle/one/one.h\"\n")
@@ -72,6 +72,7 @@ class CheckTest(unittest.TestCase):
             ("an unknown folder", "brindle/three/x.cpp", "", "is not in cmake/layers.txt"),
         ]
         self.write("testing/help.h", "#pragma once\n")
+        self.write("cmake/public-headers.txt", "brindle/one/one.h\nbrindle/one/x.h\n")
         for label, path, include, expected in rows:
             with self.subTest(label):
                 self.write(path, f"// Seed.\n{include}\n")
@@ -200,8 +201,10 @@ class CheckTest(unittest.TestCase):
         self.finds("format", "brindle/one/bad.cpp:2")
 
     def test_headers(self):
+        self.write("cmake/public-headers.txt", "brindle/one/one.h\nbrindle/one/open.h\n")
+        self.write("brindle/one/open.h", "// Open.\n#pragma once\n")
         rows = [("not alone", "brindle/two/bad.h", "std::string Text();\n", "brindle/two/bad.h"),
-                ("public on private", "brindle/one/bad.h", '#include "brindle/two/two.h"\n', "brindle/one/bad.h"),
+                ("public on private", "brindle/one/open.h", '#include "brindle/two/two.h"\n', "brindle/one/open.h"),
                 ("twice", "brindle/two/bad.h", "int x = 1;\n", None)]
         for label, path, text, expected in rows:
             with self.subTest(label):
@@ -210,13 +213,14 @@ class CheckTest(unittest.TestCase):
                     self.finds("headers", f"{expected}: error: does not compile alone")
                 else:
                     self.passes("headers")
-                (self.root / path).unlink()
+                self.write(path, "// Good.\n#pragma once\n")
 
     def test_gathering_header(self):
-        self.write("cmake/public-headers.txt", "brindle/*.h\nbrindle/one/*.h\n")
+        self.write("cmake/public-headers.txt", "brindle/brindle.h\nbrindle/one/one.h\n")
         self.write("brindle/brindle.h", '// All.\n#pragma once\n\n#include "brindle/one/one.h"\n')
         self.passes("headers")
         self.write("brindle/one/other.h", "// Other.\n#pragma once\n")
+        self.write("cmake/public-headers.txt", "brindle/brindle.h\nbrindle/one/one.h\nbrindle/one/other.h\n")
         self.finds("headers", "brindle/brindle.h: error: does not include brindle/one/other.h")
 
 

@@ -1,6 +1,5 @@
 """The source tree as the checks see it, and what they report."""
 import dataclasses
-import fnmatch
 import functools
 import os
 import pathlib
@@ -64,16 +63,8 @@ class Tree:
 
     @functools.cached_property
     def public_headers(self):
-        patterns = _entries(self.root / "cmake/public-headers.txt")
-        return {p for p in self.sources if any(_glob(p, pattern) for pattern in patterns)}
-
-
-def _entries(path):
-    return [line.strip() for line in path.read_text().splitlines() if line.strip() and line[0] != "#"]
-
-
-def _glob(path, pattern):
-    return os.path.dirname(path) == os.path.dirname(pattern) and fnmatch.fnmatch(path, pattern)
+        lines = (self.root / "cmake/public-headers.txt").read_text().splitlines()
+        return {line.strip() for line in lines if line.strip() and not line.startswith("#")}
 
 
 def is_test(path):

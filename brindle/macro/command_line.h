@@ -1,8 +1,8 @@
 // Command-line formatting: fills the placeholders of macro command lines, paths and captions just before use.
 //
-// "%" fields stand for date, address and the texts of the call; "#name#" and "#address,name#" fields stand
-// for values the host's IBrindleData answers. docs/command-line.md lists them all. Thread: the one that runs
-// commands (the user interface's); the pre-format hook is a plain process-wide slot.
+// "%" fields stand for date, address and the texts of the call; "#name#" and "#address,name#" fields stand for
+// values the host's IBrindleData answers.
+// Thread: the one that runs commands (the user interface's); the pre-format hook is a plain process-wide slot.
 #pragma once
 
 #include "brindle/framework/array.h"
@@ -27,7 +27,8 @@ struct FullAddress_t;
 //   when `text` is given), %i status, %j the host's status of the address, %v the colour name of that, %s the
 //   colour name of `status`, %r r.
 //
-// Texts end at their first zero byte. Throws std::invalid_argument when the line holds a "%" and the present
+// Texts end at their first zero byte. A field whose replacement would make the line longer than 16 MiB stays as
+// typed. Throws std::invalid_argument when the line holds a "%" and the present
 // time cannot be expressed as local time; the line then is what the hook left. What the hook or the host's
 // object throws passes through.
 BRINDLE_API void FormatCommandLineEx(CStringA& commandLine, const FullAddress_t* address, const char* path,

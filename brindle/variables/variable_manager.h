@@ -7,8 +7,9 @@
 // parents.
 #pragma once
 
-#include <functional>
+#include <cstddef>
 #include <map>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -22,6 +23,8 @@ class XMLWriter;
 
 class BRINDLE_API VariableManager {
   public:
+    static constexpr std::size_t kResolveLimit = 16u << 20;  // bytes
+
     // Empty, without parent. Copies take the variables and the parent pointer.
     VariableManager();
     VariableManager(const VariableManager& other);
@@ -62,8 +65,8 @@ class BRINDLE_API VariableManager {
     // not ask the parent.
     //   Unbalanced text: a reference still open at the end counts as closed there; a "}" outside any
     //   reference
-    // ends the text, and what follows it is dropped. Time is linear in the texts of each scope; nesting has
-    // no limit and uses no stack.
+    // ends the text, and what follows it is dropped. Nesting has no limit and uses no stack. A reference
+    // whose value would make the text longer than kResolveLimit stays.
     bool resolve(CStringA& text) const;
 
     // The scope as an XML document. Empty when the document cannot be made.
@@ -93,8 +96,8 @@ class BRINDLE_API VariableManager {
     bool read(XMLReader& reader);
     void write(XMLWriter& writer) const;
     bool readDocument(XMLReader& reader, bool loaded, const CStringA& error);
-    bool writeDocument(XMLWriter& writer) const;
     bool resolveHere(CStringA& text) const;
+    void closeReference(std::size_t open, std::string& expanded) const;
 
     Variables m_variables;
     VariableManager* m_parent = nullptr;

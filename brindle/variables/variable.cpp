@@ -1,0 +1,5 @@
+#include "brindle/variables/variable.h"
+
+Variable Variable::empty() {
+    return {};
+}

@@ -6,7 +6,7 @@
 set -euo pipefail
 cmake=$1 build=$2 source=$3 compiler=$4
 work=$build/installed_test
-expected='play --desk "Studio A" --device 0012:07:04 --status 2'
+expected=$(cat "$source/examples/hello/expected.txt")
 
 fail() { echo "installed_test: $*" >&2; exit 1; }
 expect_output() {

@@ -11,24 +11,28 @@ namespace brindle {
 
 class RepeatQueue;
 
-struct RepeatNode {
+struct alignas(64) RepeatNode {
     struct Link {
         RepeatNode* previous = nullptr;
         RepeatNode* next = nullptr;
     };
 
+    // What a timer pass touches: one cache line.
     RepeatEntry entry;
-    RepeatQueue* queue;
-    std::size_t slot = 0;        // its place in the queue's columns
     std::uint64_t lastPass = 0;  // the newest pass that ran it
     int uses = 0;                // runs in progress
-    bool scheduled;              // the trigger is time based: its period is asked anew at every run
-    bool removed = false;
-    // The trigger or the action was destroyed: both pointers are stale and the entry never runs again. Set
-    // once, possibly by another thread than the one that visits the queue.
+    // The trigger or the action was destroyed: both pointers are stale and the entry never runs again. Set once,
+    // possibly by another thread than the one that visits the queue.
     std::atomic<bool> inert{false};
-    Link byTrigger;  // neighbours in the index, guarded by the index
+    bool scheduled;  // the trigger is time based: its period is asked anew at every run
+    bool removed = false;
+
+    RepeatQueue* queue;
+    std::size_t slot = 0;  // its place in the queue's columns
+    Link byTrigger;        // neighbours in the index, guarded by the index
     Link byAction;
 };
+
+static_assert(offsetof(RepeatNode, queue) == 64);
 
 }  // namespace brindle

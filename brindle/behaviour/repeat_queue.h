@@ -39,7 +39,7 @@ class RepeatQueue {
 
     int Count() const;
     // The earliest due time, or something before it. Without the lock.
-    std::uint64_t Earliest() const noexcept { return m_earliest.load(); }
+    std::uint64_t Earliest() const noexcept { return m_earliest.load(std::memory_order_acquire); }
     // The exact earliest due time of the live entries.
     std::uint64_t NextDue() const;
 
@@ -48,7 +48,6 @@ class RepeatQueue {
     class Run;
 
     void RunEntry(const CCommandBehaviourList* list, std::size_t slot, std::uint64_t pass, std::uint64_t now);
-    void SetDue(RepeatNode& node, std::uint64_t due) noexcept;
     void Remove(RepeatNode& node);
     void Free(RepeatNode& node);
     void Compact();

@@ -46,7 +46,8 @@ class Collect final : public TraveralFunct {
 std::vector<std::unique_ptr<char[]>> ChurnHeap(std::size_t objects) {
     std::mt19937 random(7);
     std::vector<std::unique_ptr<char[]>> blocks;
-    for (std::size_t i = 0; i < objects * 16; ++i) blocks.push_back(std::make_unique<char[]>(24 + random() % 300));
+    for (std::size_t i = 0; i < objects * 16; ++i)
+        blocks.push_back(std::make_unique<char[]>(24 + random() % 300));
     std::shuffle(blocks.begin(), blocks.end(), random);
     blocks.resize(blocks.size() / 2);
     return blocks;
@@ -66,7 +67,8 @@ Station& StationOf(std::size_t behaviours, bool churned) {
     std::unique_ptr<Station>& station = stations[{behaviours, churned}];
     if (station) return *station;
     static const bool registered = [] {
-        CCommandTriggerList::Register("T", [](unsigned long) -> CCommandTrigger* { return new QuietTrigger; });
+        CCommandTriggerList::Register("T",
+                                      [](unsigned long) -> CCommandTrigger* { return new QuietTrigger; });
         return true;
     }();
     benchmark::DoNotOptimize(registered);

@@ -57,7 +57,8 @@ struct Station {
             for (auto& list : lists) list->AddRepeatAction(&trigger, event, &action, nullptr);
             ++clock.now;
         }
-        for (std::size_t i = 0; i < kLists * kRepeats; ++i) plainDue.push_back(kStart + kRepeats + i % kRepeats);
+        for (std::size_t i = 0; i < kLists * kRepeats; ++i)
+            plainDue.push_back(kStart + kRepeats + i % kRepeats);
         plainAction.assign(plainDue.size(), &action);
         clock.now = kStart + kRepeats - 1;
         plainNow = clock.now;

@@ -1,0 +1,15 @@
+// The subcommands of the tool, one file each.
+#pragma once
+
+namespace brindle::tool {
+
+class Command;
+
+void DeclareRun(Command& tool);        // command_run.cpp
+void DeclareCheck(Command& tool);      // command_check.cpp
+void DeclareAddress(Command& tool);    // command_address.cpp
+void DeclareFormat(Command& tool);     // command_format.cpp
+void DeclareVariables(Command& tool);  // command_variables.cpp
+void DeclareInfo(Command& tool);       // command_info.cpp
+
+}  // namespace brindle::tool

@@ -26,6 +26,9 @@ if(CCACHE_PROGRAM)
 endif()
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  add_compile_options(-Wno-restrict)  # false alarms on std::string's operator+ (GCC bug 105651)
+endif()
 if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
   # gtest's TEST() macros are global constructors, so tests switch these two off again.
   add_compile_options(-Wglobal-constructors -Wexit-time-destructors)

@@ -233,14 +233,19 @@ class BinaryCheckTest(unittest.TestCase):
         (self.root / "tools").mkdir()
         (self.root / "lib").mkdir()
 
-    def build(self, code, *libraries):
-        source = self.root / "one.cpp"
-        source.write_text(code)
-        run = lambda *command: subprocess.run(command, check=True, cwd=self.root)
-        run("g++", "-std=c++20", "-fPIC", "-fvisibility=hidden", "-c", "one.cpp", "-o", "one.o")
+    def build(self, *sources, libraries=()):
+        """A library of one object for each source text."""
         (self.root / "libbrindle_objects.a").unlink(missing_ok=True)
-        run("ar", "rc", "libbrindle_objects.a", "one.o")
-        run("g++", "-shared", "one.o", "-o", "lib/libbrindle.so", *libraries)
+        objects = []
+        for number, code in enumerate(sources):
+            (self.root / f"{number}.cpp").write_text(code)
+            self.run_here("g++", "-std=c++20", "-fPIC", "-fvisibility=hidden", "-c", f"{number}.cpp")
+            objects.append(f"{number}.o")
+        self.run_here("ar", "rc", "libbrindle_objects.a", *objects)
+        self.run_here("g++", "-shared", *objects, "-o", "lib/libbrindle.so", *libraries)
+
+    def run_here(self, *command):
+        subprocess.run(command, check=True, cwd=self.root)
 
     def check(self, name):
         run = subprocess.run([sys.executable, str(ROOT / "tools/check"), "--root", str(self.root), "--build",
@@ -260,11 +265,18 @@ class BinaryCheckTest(unittest.TestCase):
         self.assertIn("no longer exported: Two(int)", output)
 
     def test_exports_want_key_functions(self):
-        self.build('struct __attribute__((visibility("default"))) C { virtual ~C() {} };\n'
-                   '__attribute__((visibility("default"))) C* Make() { return new C; }\n')
+        api = '__attribute__((visibility("default"))) '
+        user = f"{api}C* Make%s() {{ return new C; }}\n"
+        inline = f"struct {api}C {{ virtual ~C() {{}} }};\n" + user
+        keyed = f"struct {api}C {{ virtual ~C(); }};\n" + user
+        (self.root / "tools/exports.txt").write_text("C::~C()\nMakeA()\nMakeB()\nvtable for C\n")
+        self.build(keyed % "A", keyed % "B" + "C::~C() {}\n")
+        code, output = self.check("exports")
+        self.assertEqual(code, 0, output)
+        self.build(inline % "A", inline % "B")
         code, output = self.check("exports")
         self.assertEqual(code, 1)
-        self.assertIn("vtable for C is weak", output)
+        self.assertIn("vtable for C is made in several objects", output)
 
     def test_startup(self):
         rows = [("constant", "constinit int x = 3; int* Use() { return &x; }", None),
@@ -284,9 +296,9 @@ class BinaryCheckTest(unittest.TestCase):
         self.build("int One() { return 1; }")
         self.assertEqual(self.check("desktop")[0], 0)
         (self.root / "x.cpp").write_text("int X() { return 1; }")
-        subprocess.run(["g++", "-shared", "-fPIC", "x.cpp", "-o", "lib/libX11.so.6", "-Wl,-soname,libX11.so.6"],
-                       check=True, cwd=self.root)
-        self.build("int One() { return 1; }", "-Wl,--no-as-needed", "-Llib", "-l:libX11.so.6", "-Wl,-rpath,$ORIGIN")
+        self.run_here("g++", "-shared", "-fPIC", "x.cpp", "-o", "lib/libX11.so.6", "-Wl,-soname,libX11.so.6")
+        self.build("int One() { return 1; }",
+                   libraries=["-Wl,--no-as-needed", "-Llib", "-l:libX11.so.6", "-Wl,-rpath,$ORIGIN"])
         code, output = self.check("desktop")
         self.assertEqual(code, 1)
         self.assertIn("needs libX11.so.6", output)

@@ -1,4 +1,5 @@
 """What the built library exports, needs and does when it is loaded."""
+import collections
 import os
 import pathlib
 import re
@@ -33,8 +34,20 @@ def symbols(build):
 
 
 def interface(build):
-    """The strong symbols: what a program may bind to. Weak ones come and go with the optimiser."""
-    return sorted({name for kind, name in symbols(build) if kind in "TDRB" and not FOREIGN.match(name)})
+    """What a program may bind to: strong symbols, and the tables of classes. Other weak symbols are inline
+    functions, which come and go with the optimiser."""
+    return sorted({name for kind, name in symbols(build) if not FOREIGN.match(name)
+                   and (kind in "TDRB" or kind == "V" and name.startswith("vtable for "))})
+
+
+def tables_made_twice(build):
+    """Classes without a key function: each object that needs their table makes its own."""
+    makers = collections.Counter(re.findall(r" [VD] (vtable for .*)", output("nm", "-AC", archive(build))))
+    return sorted(name for name, count in makers.items() if count > 1)
+
+
+def archive(build):
+    return str(pathlib.Path(build) / "libbrindle_objects.a")
 
 
 def check_exports(tree, build):
@@ -45,18 +58,17 @@ def check_exports(tree, build):
     problems += [Problem(LIST, 0, f"newly exported: {name}") for name in now if name not in set(expected)]
     if problems:
         problems.append(Problem(LIST, 0, "if these changes are meant: tools/accept-exports"))
-    for kind, name in symbols(build):
-        if kind == "V" and name.startswith("vtable for ") and not FOREIGN.match(name):
-            problems.append(Problem(LIST, 0, f"{name} is weak: the class has no key function"))
+    exported = set(now)
+    problems += [Problem(LIST, 0, f"{name} is made in several objects: the class has no key function")
+                 for name in tables_made_twice(build) if name in exported]
     return problems
 
 
 def check_startup(tree, build):
     """Nothing runs when the library is loaded, and nothing when the process ends."""
-    archive = str(pathlib.Path(build) / "libbrindle_objects.a")
     problems = []
-    for line in output("nm", "-A", archive).splitlines():
-        member = line.split(":")[1] if line.count(":") >= 2 else archive
+    for line in output("nm", "-A", archive(build)).splitlines():
+        member = line.split(":")[1]
         if re.search(r"\b[tT] _GLOBAL__(?:sub_)?[ID]_?", line):
             problems.append(Problem(member, 0, "constructs something global when the library is loaded"))
         if re.search(r" U __cxa_atexit$| U atexit$", line):

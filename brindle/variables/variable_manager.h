@@ -97,7 +97,7 @@ class BRINDLE_API VariableManager {
     void write(XMLWriter& writer) const;
     bool readDocument(XMLReader& reader, bool loaded, const CStringA& error);
     bool resolveHere(CStringA& text) const;
-    void closeReference(std::size_t open, std::string& expanded) const;
+    void closeReference(std::size_t open, std::size_t rest, std::string& expanded) const;
 
     Variables m_variables;
     VariableManager* m_parent = nullptr;

@@ -69,10 +69,11 @@ bool VariableManager::resolve(CStringA& text) const {
     return true;
 }
 
-// Closes the reference whose "{" stands at `open`: its value takes its place, or a "}" completes it.
-void VariableManager::closeReference(std::size_t open, std::string& expanded) const {
+// Closes the reference whose "{" stands at `open`: its value takes its place, or a "}" completes it. `rest` bytes
+// of the text are still to come.
+void VariableManager::closeReference(std::size_t open, std::size_t rest, std::string& expanded) const {
     const auto found = m_variables.find(std::string_view(expanded).substr(open + 1));
-    if (found == m_variables.end() || open + found->second.value().view().size() > kResolveLimit) {
+    if (found == m_variables.end() || open + rest + found->second.value().view().size() > kResolveLimit) {
         expanded += '}';
     } else {
         expanded.replace(open, std::string::npos, found->second.value().str());
@@ -96,10 +97,10 @@ bool VariableManager::resolveHere(CStringA& text) const {
         } else if (open.empty()) {
             break;  // a "}" outside any reference ends the text
         } else {
-            closeReference(open.pop(), expanded);
+            closeReference(open.pop(), in.size() - i, expanded);
         }
     }
-    while (!open.empty()) closeReference(open.pop(), expanded);
+    while (!open.empty()) closeReference(open.pop(), 0, expanded);
     text = std::move(expanded);
     return true;
 }

@@ -5,8 +5,7 @@
 
 int main() {
     FullAddress_t device{};
-    CAddressOv("12:?:4").GetFullAddressStruct(device,
-                                              FullAddress_t{1, 7, 1});  // the unit comes from the defaults
+    CAddressOv("12:?:4").GetFullAddressStruct(device, FullAddress_t{1, 7, 1});  // the open unit is 7
     VariableManager variables;
     variables.addVariable(Variable("desk", "Studio A"));
     CStringA line = "play --desk \"{desk}\" --device %a --status %i";

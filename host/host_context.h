@@ -1,0 +1,52 @@
+// HostContext: what the actions of this host may ask of the program that runs them. Like the library's own
+// slots it is registered once for the process; without one, actions do nothing.
+//
+// Thread: the one that runs the behaviour engine.
+#pragma once
+
+#include <brindle/address/address_ov.h>
+#include <brindle/framework/string_a.h>
+
+class CCommandAction;
+class CStateEvent;
+class VariableManager;
+
+namespace brindle::host {
+
+// Where an action puts a variable.
+enum class VariableTarget {
+    kNearest,  // the innermost scope that has it, else the object's
+    kObject,
+    kSite,
+};
+
+class HostContext {
+  public:
+    // A command line, formatted exactly as a program start gets it.
+    virtual void RunCommand(const CCommandAction& action, const CStringA& line) = 0;
+    virtual void WriteLog(const CCommandAction& action, const CStringA& text) = 0;
+    virtual void SetVariable(const CCommandAction& action, VariableTarget target, const CStringA& name,
+                             const CStringA& value) = 0;
+    // Queues the event for every object; it is never delivered from within this call. Takes over one
+    // reference.
+    virtual void SendState(const CCommandAction& action, const CStateEvent* event) = 0;
+    // Something an action could not do.
+    virtual void ReportFailure(const CCommandAction& action, const CStringA& why) = 0;
+
+    // The object whose list runs at present; outside a run: no scope, an address with all parts open.
+    virtual const VariableManager* ObjectScope() const = 0;
+    virtual CAddressOv ObjectAddress() const = 0;
+    // The caption of the device at the address, else of the object whose list runs.
+    virtual CStringA Caption(const CAddressOv& address) const = 0;
+    // The folder of the site.
+    virtual CStringA Path() const = 0;
+
+  protected:
+    ~HostContext() = default;  // never destroyed through this interface
+};
+
+// Registers the context (not owned; null: none) and returns the one registered before.
+HostContext* RegisterHostContext(HostContext* context) noexcept;
+HostContext* CurrentHostContext() noexcept;
+
+}  // namespace brindle::host

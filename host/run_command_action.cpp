@@ -1,0 +1,16 @@
+// The run-command action. Tests: actions_test.cpp.
+#include "host/run_command_action.h"
+
+#include "host/action_text.h"
+
+namespace brindle::host {
+
+void RunCommandAction::OwnAttributes(AttributeTable& table) {
+    table.push_back(Required(FormattedAttribute("Command", m_command)));
+}
+
+void RunCommandAction::Perform(HostContext& context, const CCommandEvent* event) {
+    context.RunCommand(*this, FormatActionText(context, *this, m_command, event));
+}
+
+}  // namespace brindle::host

@@ -1,0 +1,130 @@
+// Loading a site. The devices that texts of its actions ask for are subscribed to, so that their states are
+// known when a field wants them. Tests: site_test.cpp.
+#include "host/site.h"
+
+#include <brindle/behaviour/action.h>
+#include <brindle/behaviour/traveral_funct.h>
+#include <brindle/framework/array.h>
+#include <brindle/macro/command_line.h>
+#include <brindle/xml/xml_reader.h>
+
+#include <algorithm>
+
+#include "host/address_pattern.h"
+#include "host/configured_item.h"
+#include "host/host_files.h"
+
+namespace brindle::host {
+
+namespace {
+
+// Opens an XML file; false with a problem when it cannot be read or its root is another element.
+bool OpenXml(const std::string& path, const char* root, XMLReader& reader, Problems& problems) {
+    Result result;
+    if (IsFolder(path)) {
+        problems.push_back({path, 0, 0, "is a folder"});
+        return false;
+    }
+    if (!reader.LoadPositioned(path.c_str(), result)) {
+        problems.push_back({path, result.line, result.column, result.text});
+        return false;
+    }
+    if (reader.EnterSection(root, true)) {
+        reader.CloseSection();
+        return true;
+    }
+    problems.push_back({path, 0, 0, "has no root element \"" + std::string(root) + "\""});
+    return false;
+}
+
+bool LoadVariables(const std::string& path, VariableManager& scope, Problems& problems) {
+    if (path.empty()) return true;
+    XMLReader reader;
+    if (!OpenXml(path, "Variables", reader, problems)) return false;
+    reader.EnterSection("Variables", true);
+    while (reader.EnterSection("variable", false)) {
+        CStringA name;
+        CStringA value;
+        reader.ReadAttribute("name", name);
+        reader.ReadAttribute("value", value);
+        scope.addVariable(Variable(name, value));
+        reader.CloseSection();
+    }
+    reader.CloseSection();
+    return true;
+}
+
+bool LoadDevices(const SitePlan& plan, DeviceTable& devices, Problems& problems) {
+    if (plan.devices.empty()) return true;
+    std::string bytes;
+    const std::string why = ReadSiteFile(plan.devices, bytes);
+    if (!why.empty()) {
+        problems.push_back({plan.devices, 0, 0, why});
+        return false;
+    }
+    devices.Load(IniText(bytes, plan.devices, problems), plan.devices, problems);
+    return true;
+}
+
+// Subscribes to the devices that the texts of actions ask for.
+class Subscriber final : public TraveralFunct {
+  public:
+    explicit Subscriber(DeviceTable& devices) : m_devices(devices) {}
+    void operator()(CCommandTreeItem* item) const override {
+        auto* configured = dynamic_cast<ConfiguredItem*>(item);
+        if (!configured) return;
+        for (const Attribute& attribute : configured->Attributes()) {
+            if (!attribute.formatted) continue;
+            for (const std::uint32_t address : HashFieldAddresses(attribute.text()))
+                m_devices.Subscribe(address);
+        }
+    }
+
+  private:
+    DeviceTable& m_devices;
+};
+
+bool LoadObject(const ObjectPlan& plan, Site& site, Problems& problems) {
+    XMLReader reader;
+    auto object = std::make_unique<SiteObject>(plan);
+    if (!OpenXml(plan.behaviours, "BehaviourList", reader, problems)) return false;
+    object->list.Load(reader);
+    object->list.Traverse(Subscriber(site.devices));
+    AddObjectVariables(plan, object->scope);
+    object->scope.setParent(&site.scope);
+    const bool loaded = LoadVariables(plan.variables, object->scope, problems);
+    site.objects.push_back(std::move(object));
+    return loaded;
+}
+
+}  // namespace
+
+SiteObject* Site::Find(const std::string& name) const noexcept {
+    const auto found =
+        std::find_if(objects.begin(), objects.end(), [&](const auto& o) { return o->plan.name == name; });
+    return found == objects.end() ? nullptr : found->get();
+}
+
+void AddObjectVariables(const ObjectPlan& plan, VariableManager& scope) {
+    scope.addVariable(Variable("object", plan.name));
+    scope.addVariable(Variable("caption", plan.caption));
+    scope.addVariable(Variable("address", AddressText(plan.address)));
+}
+
+std::vector<std::uint32_t> HashFieldAddresses(const CStringA& text) {
+    const auto hashes = std::count(text.view().begin(), text.view().end(), '#');
+    if (!ContainsHashField(text) || hashes % 2 != 0) return {};  // an unpaired "#" would never return
+    CDWordArray addresses;
+    ExtractAddressesFromHashFields(text, addresses);
+    return {addresses.begin(), addresses.end()};
+}
+
+bool LoadSite(const std::string& folder, Site& site, Problems& problems) {
+    if (!ReadSitePlan(folder, site.plan, problems)) return false;
+    bool loaded = LoadVariables(site.plan.variables, site.scope, problems);
+    loaded = LoadDevices(site.plan, site.devices, problems) && loaded;
+    for (const ObjectPlan& plan : site.plan.objects) loaded = LoadObject(plan, site, problems) && loaded;
+    return loaded && problems.empty();
+}
+
+}  // namespace brindle::host

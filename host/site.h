@@ -1,0 +1,46 @@
+// Site: a whole station in memory: its devices, its variables, and its objects with their behaviour lists.
+#pragma once
+
+#include <brindle/behaviour/behaviour_list.h>
+#include <brindle/variables/variable_manager.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/device_table.h"
+#include "host/problem.h"
+#include "host/site_plan.h"
+
+namespace brindle::host {
+
+// One object of a site. Its list runs with its scope, whose parent is the site's.
+struct SiteObject {
+    explicit SiteObject(const ObjectPlan& objectPlan) : plan(objectPlan), list(objectPlan.host) {}
+
+    ObjectPlan plan;
+    VariableManager scope;  // outlives the list, whose repeats borrow it
+    CCommandBehaviourList list;
+};
+
+struct Site {
+    SitePlan plan;
+    DeviceTable devices;
+    VariableManager scope;
+    std::vector<std::unique_ptr<SiteObject>> objects;  // in the order of site.ini
+
+    SiteObject* Find(const std::string& name) const noexcept;
+};
+
+// Loads the site of a folder. False when a part is missing or cannot be read; problems then say what. Types
+// that nobody registered and attributes that cannot be read are passed over, as the library does; a check
+// reports them. RegisterHostTypes comes first.
+bool LoadSite(const std::string& folder, Site& site, Problems& problems);
+
+// Fills a scope with the variables an object's texts may always use: "object", "caption" and "address".
+void AddObjectVariables(const ObjectPlan& plan, VariableManager& scope);
+
+// The addresses that the "#address,name#" fields of a text name; nothing when its "#" do not pair up.
+std::vector<std::uint32_t> HashFieldAddresses(const CStringA& text);
+
+}  // namespace brindle::host

@@ -50,6 +50,7 @@ std::shared_ptr<const EventPlan> CCommandBehaviourList::CurrentPlan() {
             plan->origins.push_back({plan->members.size() - 1, trigger.serial});
         }
     }
+    plan->triggers.resize(plan->triggers.size() + EventPlan::kLookAhead);
     m_plan = plan;
     return plan;
 }
@@ -61,11 +62,14 @@ void CCommandBehaviourList::Execute(const CCommandEvent* event, const VariableMa
     ListFrame frame(this);
     const std::shared_ptr<const EventPlan> plan = CurrentPlan();
     const bool observed = brindle::CurrentObserver() != nullptr;
-    const std::size_t count = plan->triggers.size();
+    const std::uint64_t generation = plan->generation;
+    const std::size_t count = plan->origins.size();
     CCommandTrigger* const* triggers = plan->triggers.data();
     for (std::size_t i = 0; i < count; ++i) {
+        // Triggers of a list that has lived long lie scattered in memory.
+        brindle::Prefetch(triggers[i + EventPlan::kLookAhead]);
         const int verdict = triggers[i]->Test(event);
-        if (brindle::PlanGeneration() != plan->generation) [[unlikely]] {
+        if (brindle::PlanGeneration() != generation) [[unlikely]] {
             ExecuteChanged(*plan, i, verdict, event, variables, frame);
             return;
         }
@@ -73,7 +77,7 @@ void CCommandBehaviourList::Execute(const CCommandEvent* event, const VariableMa
             continue;
         plan->members[plan->origins[i].member].behaviour->Deliver(triggers[i], verdict, event, this,
                                                                   variables);
-        if (brindle::PlanGeneration() != plan->generation) [[unlikely]] {
+        if (brindle::PlanGeneration() != generation) [[unlikely]] {
             ContinueChanged(*plan, i + 1, event, variables, frame);
             return;
         }

@@ -7,13 +7,11 @@
 #include <atomic>
 #include <cstdint>
 
-#include "brindle/framework/export.h"
-
 class CCommandTreeItem;
 
 namespace brindle {
 
-class BRINDLE_API EngineCall {
+class EngineCall {
   public:
     EngineCall() noexcept;
     EngineCall(const EngineCall&) = delete;
@@ -29,11 +27,11 @@ void DestroyItem(CCommandTreeItem* item);
 bool IsParked(const CCommandTreeItem* item) noexcept;
 
 // A number never given before in this process.
-BRINDLE_API std::uint64_t NextSerial() noexcept;
+std::uint64_t NextSerial() noexcept;
 
 // Event plans are built for one generation of the tree; every change of structure or of an enabled flag
 // begins a new one.
-extern BRINDLE_API std::atomic<std::uint64_t> g_planGeneration;
+extern std::atomic<std::uint64_t> g_planGeneration;
 inline std::uint64_t PlanGeneration() noexcept {
     return g_planGeneration.load(std::memory_order_relaxed);
 }

@@ -11,6 +11,15 @@ class CCommandTrigger;
 
 namespace brindle {
 
+// Asks the processor to fetch the object before it is needed; null is harmless.
+inline void Prefetch(const void* object) noexcept {
+#if defined(__GNUC__)
+    __builtin_prefetch(object);
+#else
+    static_cast<void>(object);
+#endif
+}
+
 struct EventPlan {
     struct Member {
         CCommandBehaviour* behaviour;
@@ -21,8 +30,11 @@ struct EventPlan {
         std::uint64_t serial;
     };
 
+    // The triggers are followed by this many null pointers, so that a walk may look ahead without a check.
+    static constexpr std::size_t kLookAhead = 8;
+
     std::uint64_t generation = 0;
-    std::vector<CCommandTrigger*> triggers;  // of the enabled behaviours
+    std::vector<CCommandTrigger*> triggers;  // of the enabled behaviours, then the null pointers
     std::vector<Origin> origins;  // beside the triggers: looked at only when there is something to do
     std::vector<Member> members;  // all behaviours, disabled ones too: one may be enabled during a pass
 };

@@ -31,6 +31,8 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "apps/brindle/cli_output.h"
@@ -38,7 +40,8 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 namespace brindle::tool {
 
@@ -82,7 +85,7 @@ class Command {
     // An option that takes every following text up to the next option and may be repeated. When the command's
     // text is then missing, it is the last of them: "--file A B TEXT".
     void ListOption(const std::string& name, const std::string& what, std::vector<std::string>& values,
-                    const std::string& help);
+                    const std::string& help, Presence presence = Presence::kRequired);
     void Flag(const std::string& name, bool& value, const std::string& help);
     // More lines of help, below the options.
     void Note(const std::string& paragraph);
@@ -91,6 +94,11 @@ class Command {
     void Run(std::function<int()> function);
 
     // --- for the parser and the help ---
+    enum class Kind { kUnknown, kFlag, kSingle, kRepeated, kList };
+    // What an argument is that stands where an option may.
+    Kind KindOf(std::string_view option) const;
+    bool IsList(const CLI::Option& option) const;
+    bool HasTexts() const noexcept { return m_hasTexts; }
     CLI::App& App() const noexcept { return m_app; }
     const std::string& Help() const noexcept { return m_help; }
     const std::vector<std::string>& Notes() const noexcept { return m_notes; }
@@ -99,16 +107,21 @@ class Command {
     const Command* Parent() const noexcept { return m_parent; }
     // "brindle variables resolve"
     std::string Path() const;
-    bool IsList(const std::string& option) const;
     int Execute() const { return m_run(); }
     bool CanExecute() const noexcept { return static_cast<bool>(m_run); }
 
   private:
+    using ValueTaker = std::function<void(const std::string& value, const std::string& what)>;
+    CLI::Option* AddOption(const std::string& name, const std::string& what, const std::string& help,
+                           Kind kind, ValueTaker take);
+    CLI::Option* AddText(const std::string& name, const std::string& help, ValueTaker take);
+
     CLI::App& m_app;
     std::string m_help;
     const Command* m_parent = nullptr;
     std::vector<std::unique_ptr<Command>> m_subcommands;
-    std::vector<std::string> m_lists;
+    std::vector<std::pair<std::string, Kind>> m_options;
+    bool m_hasTexts = false;
     std::vector<std::string> m_notes;
     std::vector<Sample> m_examples;
     std::function<int()> m_run;

@@ -12,6 +12,8 @@ namespace brindle::tool {
 
 // An argument as bytes in the code page.
 std::string ToBytes(std::string_view argument, const std::string& what);
+// The same for a message: what has no byte shows as "?". Throws nothing.
+std::string ShownArgument(std::string_view argument);
 // The whole text as a decimal 32-bit number with an optional "-".
 int ToNumber(std::string_view text, const std::string& what);
 CAddressOv ToAddress(const std::string& text, const std::string& what);

@@ -1,6 +1,5 @@
 // What the trigger list and the action list have in common: a registry of types by name, and loading, saving
-// and copying their items. Internal. Tests: trigger_list_test.cpp, action_list_test.cpp run the same cases on
-// both.
+// and copying their items. Internal. Tests: type_registry_test.cpp runs the same cases on both.
 #pragma once
 
 #include <cstdint>

@@ -6,6 +6,7 @@
 #include <type_traits>
 
 #include "brindle/address/events.h"
+#include "brindle/framework/number_text.h"
 
 namespace {
 
@@ -70,7 +71,7 @@ std::string Shown(const CStateEvent& event) {
     if (const auto* const button = dynamic_cast<const CButtonPressEvent*>(&event))
         out += button->toggleState() ? " toggled" : " plain";
     if (const auto* const meter = dynamic_cast<const CMeterValueChangeEvent*>(&event))
-        out += " value " + std::to_string(meter->GetValue());
+        out += " value " + brindle::PrintDouble(meter->GetValue(), 'f', 6);
     if (const auto* const meter = dynamic_cast<const CMeterZoneChangeEvent*>(&event))
         out += " zone " + std::to_string(meter->GetZone());
     return out;

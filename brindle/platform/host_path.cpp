@@ -123,20 +123,20 @@ HostPaths::Start HostPaths::Split(FolderView& view, std::string_view path) const
 std::string HostPaths::Resolve(FolderView& view, std::string_view hostPath, bool forCreation) const {
     if (hostPath.empty() || hostPath.find('\0') != std::string_view::npos) return {};
     std::string system = ToSystemText(hostPath);
-    if (system.starts_with('/') && view.Exists(system)) return system;
+    if (system.starts_with('/') && view.HasEntry(system)) return system;
     for (char& c : system)
         if (c == '\\') c = '/';
 
     const Start start = Split(view, system);
     const std::string spelled = Joined(start.root, start.components);
-    if (view.Exists(spelled)) return spelled;
+    if (view.HasEntry(spelled)) return spelled;
 
     std::string folder = start.root;
     for (std::size_t i = 0; i < start.components.size(); ++i) {
         const std::string& component = start.components[i];
         const bool last = i + 1 == start.components.size();
         std::string next = WithComponent(folder, component);
-        if (component != ".." && !view.Exists(next) && !(last && forCreation)) {
+        if (component != ".." && !view.HasEntry(next) && !(last && forCreation)) {
             const std::string found = FindEntry(view, folder, component);
             if (found.empty())
                 return Joined(folder, {start.components.begin() + static_cast<std::ptrdiff_t>(i),

@@ -15,7 +15,7 @@ namespace brindle {
 // What path resolution needs to see. Paths are system paths; a relative one starts at the current folder.
 class FolderView {
   public:
-    virtual bool Exists(const std::string& systemPath) = 0;
+    virtual bool HasEntry(const std::string& systemPath) = 0;
     // Calls back with the name of each entry; "." and ".." may be among them. Nothing for what is no folder.
     virtual void ForEachName(const std::string& folder,
                              const std::function<void(std::string_view)>& callback) = 0;

@@ -45,7 +45,7 @@ const FakeFiles::Node* FakeFiles::Find(const std::string& systemPath) const {
     return found == m_nodes.end() ? nullptr : &found->second;
 }
 
-bool FakeFiles::Exists(const std::string& systemPath) {
+bool FakeFiles::HasEntry(const std::string& systemPath) {
     return Find(systemPath) != nullptr;
 }
 

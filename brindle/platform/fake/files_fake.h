@@ -38,7 +38,7 @@ class FakeFiles final : public Files, private FolderView {
         std::string bytes;
     };
 
-    bool Exists(const std::string& systemPath) override;
+    bool HasEntry(const std::string& systemPath) override;
     void ForEachName(const std::string& folder,
                      const std::function<void(std::string_view)>& callback) override;
     std::string CurrentFolder() override { return m_current; }

@@ -81,7 +81,7 @@ class FileDescriptor {
 
 class LinuxFolderView final : public FolderView {
   public:
-    bool Exists(const std::string& systemPath) override {
+    bool HasEntry(const std::string& systemPath) override {
         struct stat status {};
         return stat(systemPath.c_str(), &status) == 0;
     }
@@ -195,7 +195,7 @@ class LinuxFiles final : public Files {
     bool Exists(std::string_view hostPath) override {
         const std::string path = SystemPath(hostPath, false);
         LinuxFolderView view;
-        return !path.empty() && view.Exists(path);
+        return !path.empty() && view.HasEntry(path);
     }
 
     Result ReadWhole(std::string_view hostPath, std::uint64_t limit, std::string& bytes) override {

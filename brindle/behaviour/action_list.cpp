@@ -88,12 +88,11 @@ void CCommandActionList::Go(CCommandBehaviourList* list, const CCommandEvent* ev
     brindle::ItemWalk<CCommandAction> walk(m_actions);
     const bool timeBased = IsTimeBased(trigger);
     while (CCommandAction* action = walk.Next()) {
-        IBehaviourObserver* observer = brindle::CurrentObserver();
-        if (action->IsTemplate() || !action->IsEnabled()) {
-            if (!observer) continue;
-            const auto reason =
-                action->IsTemplate() ? IBehaviourObserver::kTemplate : IBehaviourObserver::kDisabled;
-            observer->OnActionSkipped(frame.List(), trigger, action, event, reason);
+        const bool isTemplate = action->IsTemplate();
+        if (isTemplate || !action->IsEnabled()) {
+            const auto reason = isTemplate ? IBehaviourObserver::kTemplate : IBehaviourObserver::kDisabled;
+            if (IBehaviourObserver* observer = brindle::CurrentObserver())
+                observer->OnActionSkipped(frame.List(), trigger, action, event, reason);
             continue;
         }
         if (timeBased) {
@@ -103,7 +102,8 @@ void CCommandActionList::Go(CCommandBehaviourList* list, const CCommandEvent* ev
         if (action->IsRepeat() && frame.List())
             frame.List()->AddRepeatAction(trigger, event, action, variables);
         const brindle::ActionRun run(*action, variables);
-        if (observer) observer->OnActionRun(frame.List(), trigger, action, event);
+        if (IBehaviourObserver* observer = brindle::CurrentObserver())
+            observer->OnActionRun(frame.List(), trigger, action, event);
         action->Fire(event);
     }
 }

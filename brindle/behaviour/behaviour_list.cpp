@@ -80,21 +80,34 @@ void CCommandBehaviourList::Save(XMLWriter& writer) const {
 }
 
 void CCommandBehaviourList::Load(XMLReader& reader) {
-    const EngineCall call;
     const ListFrame frame(this);
-    brindle::DestroyItems(m_behaviours);
     {
-        const brindle::ReadSection section(reader, "BehaviourList");
-        while (section) {
-            const brindle::ReadSection child(reader, "Behaviour");
-            if (!child) break;
-            auto behaviour = std::make_unique<CCommandBehaviour>();
-            behaviour->Load(reader);
-            if (!frame.List()) return;
-            m_behaviours.AddTail(behaviour.release());
-        }
+        const EngineCall
+            call;  // unless another call is in progress, what was there is gone before anything is read
+        brindle::DestroyItems(m_behaviours);
     }
-    CacheStateTriggerProps();
+    if (!frame.List()) return;
+    const EngineCall call;
+    try {
+        LoadBehaviours(reader, frame);
+    } catch (...) {
+        if (frame.List()) CacheStateTriggerProps();
+        throw;
+    }
+    if (frame.List()) CacheStateTriggerProps();
+}
+
+// Stops when the code of an item destroys the list.
+void CCommandBehaviourList::LoadBehaviours(XMLReader& reader, const ListFrame& frame) {
+    const brindle::ReadSection section(reader, "BehaviourList");
+    while (section) {
+        const brindle::ReadSection child(reader, "Behaviour");
+        if (!child) return;
+        auto behaviour = std::make_unique<CCommandBehaviour>();
+        behaviour->Load(reader);
+        if (!frame.List()) return;
+        m_behaviours.AddTail(behaviour.release());
+    }
 }
 
 void CCommandBehaviourList::Add(CCommandBehaviour* behaviour) {

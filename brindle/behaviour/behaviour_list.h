@@ -59,7 +59,8 @@ class BRINDLE_API CCommandBehaviourList : public CCommandTreeItem {
     int GetImage() const override;
     void Save(XMLWriter& writer) const override;
     // Destroys all behaviours, then reads the "BehaviourList" section; absent, the list stays empty. Pending
-    // repeats stay in the queue, but those of destroyed triggers and actions never run again.
+    // repeats stay in the queue, but those of destroyed triggers and actions never run again. After an exception of
+    // the host's code the behaviours read before it are there.
     void Load(XMLReader& reader) override;
 
     bool IsEmpty() const;
@@ -106,16 +107,20 @@ class BRINDLE_API CCommandBehaviourList : public CCommandTreeItem {
     struct Registry;
 
     void CacheStateTriggerProps() const;
+    void LoadBehaviours(XMLReader& reader, const brindle::ListFrame& frame);
     std::shared_ptr<const brindle::EventPlan> CurrentPlan();
     static void ExecuteChanged(const brindle::EventPlan& plan, std::size_t tested, int verdict,
                                const CCommandEvent* event, const VariableManager* variables,
                                brindle::ListFrame& frame);
     static void ContinueChanged(const brindle::EventPlan& plan, std::size_t next, const CCommandEvent* event,
                                 const VariableManager* variables, brindle::ListFrame& frame);
+    static void AskChanged(const brindle::EventPlan& plan, std::size_t member, const CCommandEvent* event,
+                           const VariableManager* variables, const brindle::ListFrame& frame);
+    static CCommandBehaviour* Held(const brindle::EventPlan& plan, std::size_t member,
+                                   const brindle::ListFrame& frame);
     static CCommandBehaviour* Owner(const brindle::EventPlan& plan, std::size_t trigger,
                                     const brindle::ListFrame& frame);
     void Queue(RepeatEntry entry, std::int64_t delay);
-    void RunDue(std::uint64_t now);
 
     static Registry m_lObjects;
 

@@ -93,17 +93,23 @@ void CCommandBehaviourList::ExecuteChanged(const EventPlan& plan, std::size_t te
     ContinueChanged(plan, tested + 1, event, variables, frame);
 }
 
+// A behaviour of the plan if list and behaviour are still there, else null.
+CCommandBehaviour* CCommandBehaviourList::Held(const EventPlan& plan, std::size_t member,
+                                               const ListFrame& frame) {
+    const auto& [behaviour, serial] = plan.members[member];
+    return frame.List() && frame.List()->m_behaviours.Holds(serial) ? behaviour : nullptr;
+}
+
 // The behaviour of a trigger of the plan if list, behaviour and trigger are all still there, else null.
 CCommandBehaviour* CCommandBehaviourList::Owner(const EventPlan& plan, std::size_t trigger,
                                                 const ListFrame& frame) {
     const EventPlan::Origin& origin = plan.origins[trigger];
-    const EventPlan::Member& member = plan.members[origin.member];
-    if (!frame.List() || !frame.List()->m_behaviours.Holds(member.serial)) return nullptr;
-    return member.behaviour->m_triggers.m_triggers.Holds(origin.serial) ? member.behaviour : nullptr;
+    CCommandBehaviour* behaviour = Held(plan, origin.member, frame);
+    return behaviour && behaviour->m_triggers.m_triggers.Holds(origin.serial) ? behaviour : nullptr;
 }
 
-// The rest of a pass over a tree that has changed: the behaviour that was being asked is asked to its end,
-// then the later ones that are still in the list, and enabled, at their turn.
+// The rest of a pass over a tree that has changed: the behaviour that was being asked is asked to its end if it
+// is still in the list, then the later ones that are in the list, and enabled, at their turn.
 void CCommandBehaviourList::ContinueChanged(const EventPlan& plan, std::size_t next,
                                             const CCommandEvent* event, const VariableManager* variables,
                                             ListFrame& frame) {
@@ -115,10 +121,22 @@ void CCommandBehaviourList::ContinueChanged(const EventPlan& plan, std::size_t n
             behaviour->Deliver(plan.triggers[next], verdict, event, frame.List(), variables);
     }
     for (std::size_t i = current + 1; i < plan.members.size(); ++i) {
-        const EventPlan::Member& member = plan.members[i];
-        if (!frame.List()) return;
-        if (!frame.List()->m_behaviours.Holds(member.serial) || !member.behaviour->IsEnabled()) continue;
-        member.behaviour->OnEvent(event, frame.List(), variables);
+        const CCommandBehaviour* behaviour = Held(plan, i, frame);
+        if (behaviour && behaviour->IsEnabled()) AskChanged(plan, i, event, variables, frame);
+    }
+}
+
+// One behaviour's turn: asks its triggers for as long as the list holds the behaviour.
+void CCommandBehaviourList::AskChanged(const EventPlan& plan, std::size_t member, const CCommandEvent* event,
+                                       const VariableManager* variables, const ListFrame& frame) {
+    ItemWalk<CCommandTrigger> walk(plan.members[member].behaviour->m_triggers.m_triggers);
+    while (Held(plan, member, frame)) {
+        CCommandTrigger* trigger = walk.Next();
+        if (!trigger) return;
+        const int verdict = trigger->Test(event);
+        CCommandBehaviour* behaviour = Held(plan, member, frame);
+        if (behaviour && walk.HoldsCurrent())
+            behaviour->Deliver(trigger, verdict, event, frame.List(), variables);
     }
 }
 

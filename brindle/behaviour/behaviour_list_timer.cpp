@@ -53,24 +53,21 @@ int CCommandBehaviourList::GetRepeatCount() const {
 }
 
 void CCommandBehaviourList::OnTimer() {
-    RunDue(brindle::SystemMilliseconds());
-}
-
-void CCommandBehaviourList::RunDue(std::uint64_t now) {
     const EngineCall call;
     const ListFrame frame(this);
-    m_repeats->RunDue(this, now);
+    m_repeats->RunDue(this, brindle::TimerPass(brindle::SystemMilliseconds()));
 }
 
 void CCommandBehaviourList::CallOnTimer() {
     const std::uint64_t now = brindle::SystemMilliseconds();
     if (brindle::EarliestOfAll() > now) return;
     const EngineCall call;
+    const brindle::TimerPass pass(now);
     brindle::EarliestOfAllUpdate update;
     Registry::Walk walk(m_lObjects);
     while (CCommandBehaviourList* list = walk.Next()) {
         const ListFrame frame(list);
-        if (list->m_repeats->Earliest() <= now) list->m_repeats->RunDue(list, now);
+        if (list->m_repeats->Earliest() <= now) list->m_repeats->RunDue(list, pass);
         if (frame.List()) update.Include(list->m_repeats->Earliest());
     }
     update.Finish();

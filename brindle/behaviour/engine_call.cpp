@@ -22,43 +22,35 @@ constinit std::atomic<std::uint64_t> g_serial{0};
 
 struct Parking {
     std::vector<CCommandTreeItem*> items;
-    std::unordered_set<const void*> addresses;  // of the items and of all triggers and actions inside them
+    std::unordered_set<const CCommandTreeItem*>
+        addresses;  // of the items and of all triggers and actions inside them
 };
 
 // Plain thread-local values: a thread that leaves the engine leaves nothing behind.
 constinit thread_local int t_depth = 0;
 constinit thread_local Parking* t_parking = nullptr;
 
-template <class Visit>
-void ForItemAndParts(CCommandTreeItem* item, const ItemList<CCommandTrigger>* triggers,
-                     const ItemList<CCommandAction>* actions, const Visit& visit) {
-    visit(item);
-    if (!triggers) return;
-    for (POSITION position = triggers->GetHeadPosition(); position;) visit(triggers->GetNext(position));
-    for (POSITION position = actions->GetHeadPosition(); position;) visit(actions->GetNext(position));
-}
-
-// What addresses are entered under: the same base for every way to name an object.
-const void* AddressOf(const CCommandTreeItem* item) {
-    return item;
-}
-
-void MakeInert(CCommandTreeItem* item) {
-    if (const auto* trigger = dynamic_cast<const CCommandTrigger*>(item)) ForgetRepeats(trigger);
-    if (const auto* action = dynamic_cast<const CCommandAction*>(item)) ForgetRepeats(action);
-}
-
 }  // namespace
 
 // Friend of the behaviour: reaches its lists.
 struct ParkingAccess {
-    template <class Visit>
-    static void ForEach(CCommandTreeItem* item, const Visit& visit) {
-        const auto* behaviour = dynamic_cast<const CCommandBehaviour*>(item);
-        ForItemAndParts(item, behaviour ? &behaviour->m_triggers.m_triggers : nullptr,
-                        behaviour ? &behaviour->m_actions.m_actions : nullptr, [&](CCommandTreeItem* part) {
-                            if (part) visit(part);
-                        });
+    // Makes the item and all its parts inert. No walk in progress goes on with the parts of a destroyed behaviour.
+    static void Retire(CCommandTreeItem* item) {
+        t_parking->addresses.insert(item);
+        if (const auto* trigger = dynamic_cast<const CCommandTrigger*>(item)) ForgetRepeats(trigger);
+        if (const auto* action = dynamic_cast<const CCommandAction*>(item)) ForgetRepeats(action);
+        if (const auto* behaviour = dynamic_cast<const CCommandBehaviour*>(item)) {
+            RetireParts(behaviour->m_triggers.m_triggers);
+            RetireParts(behaviour->m_actions.m_actions);
+        }
+    }
+
+  private:
+    template <class T>
+    static void RetireParts(const ItemList<T>& parts) {
+        parts.EndWalks();
+        for (POSITION position = parts.GetHeadPosition(); position;)
+            if (T* part = parts.GetNext(position)) Retire(part);
     }
 };
 
@@ -73,7 +65,7 @@ EngineCall::~EngineCall() {
 }
 
 bool IsParked(const CCommandTreeItem* item) noexcept {
-    return t_parking && t_parking->addresses.contains(AddressOf(item));
+    return t_parking && t_parking->addresses.contains(item);
 }
 
 void DestroyItem(CCommandTreeItem* item) {
@@ -84,10 +76,7 @@ void DestroyItem(CCommandTreeItem* item) {
     }
     if (!t_parking) t_parking = new Parking;
     t_parking->items.push_back(item);
-    ParkingAccess::ForEach(item, [](CCommandTreeItem* part) {
-        MakeInert(part);
-        t_parking->addresses.insert(AddressOf(part));
-    });
+    ParkingAccess::Retire(item);
 }
 
 std::uint64_t NextSerial() noexcept {

@@ -34,9 +34,7 @@ class ItemList {
     explicit ItemList(bool planned) : m_planned(planned) {}
     ItemList(const ItemList&) = delete;
     ItemList& operator=(const ItemList&) = delete;
-    ~ItemList() {
-        for (ItemWalk<T>* walk = m_walks; walk; walk = walk->m_outer) walk->m_list = nullptr;
-    }
+    ~ItemList() { EndWalks(); }
 
     int GetCount() const noexcept { return static_cast<int>(m_items.GetCount()); }
     POSITION GetHeadPosition() const noexcept { return m_items.GetHeadPosition(); }
@@ -76,6 +74,12 @@ class ItemList {
         else
             m_items.AddTail(item);
         Changed();
+    }
+
+    // Ends the walks in progress as if the list were gone.
+    void EndWalks() const noexcept {
+        for (ItemWalk<T>* walk = m_walks; walk; walk = walk->m_outer) walk->m_list = nullptr;
+        m_walks = nullptr;
     }
 
     // Whether the membership of that serial still lasts.

@@ -19,7 +19,7 @@ struct alignas(64) RepeatNode {
 
     // What a timer pass touches: one cache line.
     RepeatEntry entry;
-    std::uint64_t lastPass = 0;  // the newest pass that ran it
+    std::uint64_t lastPass = 0;  // the newest pass that ran it, or had begun when it was added
     int uses = 0;                // runs in progress
     // The trigger or the action was destroyed: both pointers are stale and the entry never runs again. Set once,
     // possibly by another thread than the one that visits the queue.

@@ -16,6 +16,7 @@ namespace {
 
 constinit std::atomic<std::uint64_t> g_earliestOfAll{kNeverDue};
 constinit std::atomic<std::uint64_t> g_additions{0};
+constinit std::atomic<std::uint64_t> g_passes{0};
 
 void Lower(std::atomic<std::uint64_t>& earliest, std::uint64_t due) noexcept {
     std::uint64_t known = earliest.load();
@@ -52,7 +53,8 @@ std::uint64_t EarliestOfAll() noexcept {
     return g_earliestOfAll.load();
 }
 
-EarliestOfAllUpdate::EarliestOfAllUpdate() noexcept : m_additions(g_additions.load()) {
+// Counts as an addition itself: a pass around this one must not trust what it saw before.
+EarliestOfAllUpdate::EarliestOfAllUpdate() noexcept : m_additions(g_additions.fetch_add(1) + 1) {
     g_earliestOfAll.store(0);
 }
 
@@ -77,6 +79,9 @@ std::uint64_t DueAfter(std::uint64_t now, std::int64_t milliseconds) noexcept {
     const std::uint64_t room = kNeverDue - 1 - std::min(now, kNeverDue - 1);
     return now + std::min(room, static_cast<std::uint64_t>(milliseconds));
 }
+
+TimerPass::TimerPass(std::uint64_t systemMilliseconds) noexcept
+    : now(systemMilliseconds), number(g_passes.fetch_add(1) + 1) {}
 
 // Entries keep their places while one of these lives.
 class RepeatQueue::Pass {
@@ -117,6 +122,7 @@ void RepeatQueue::Add(const CCommandBehaviourList* list, const RepeatEntry& entr
     node->entry = entry;
     node->queue = this;
     node->scheduled = scheduled;
+    node->lastPass = g_passes.load();
     node->slot = m_nodes.size();
     m_due.push_back(entry.due);
     try {
@@ -167,34 +173,34 @@ void RepeatQueue::Reset(const CCommandBehaviourList* list) {
     }
 }
 
-void RepeatQueue::RunDue(const CCommandBehaviourList* list, std::uint64_t now) {
+void RepeatQueue::RunDue(const CCommandBehaviourList* list, const TimerPass& timer) {
     const std::lock_guard guard(m_lock);
     const Pass pass(*this);
-    const std::uint64_t number = ++m_passCounter;
+    const std::uint64_t scan = ++m_scans;
     const std::size_t end = m_due.size();
     m_earliest.store(
         0, std::memory_order_release);  // if an exception passes through, the next timer call looks again
     std::uint64_t earliest = kNeverDue;
-    for (std::size_t slot = NextDueSlot(m_due, 0, end, now, earliest); slot < end;
-         slot = NextDueSlot(m_due, slot + 1, end, now, earliest)) {
-        RunEntry(list, slot, number, now);
+    for (std::size_t slot = NextDueSlot(m_due, 0, end, timer.now, earliest); slot < end;
+         slot = NextDueSlot(m_due, slot + 1, end, timer.now, earliest)) {
+        RunEntry(list, slot, timer);
         earliest = std::min(earliest, m_due[slot]);
     }
     // Entries added meanwhile, and those that a nested pass set back behind this one's place.
-    if (m_passCounter != number || m_due.size() != end)
+    if (m_scans != scan || m_due.size() != end)
         for (const std::uint64_t due : m_due) earliest = std::min(earliest, due);
     m_earliest.store(earliest, std::memory_order_release);
+    Lower(g_earliestOfAll, earliest);
 }
 
-void RepeatQueue::RunEntry(const CCommandBehaviourList* list, std::size_t slot, std::uint64_t pass,
-                           std::uint64_t now) {
+void RepeatQueue::RunEntry(const CCommandBehaviourList* list, std::size_t slot, const TimerPass& timer) {
     RepeatNode* node = m_nodes[slot];
     if (!node || node->inert.load(std::memory_order_acquire)) {
         m_due[slot] = kNeverDue;
         return;
     }
-    if (node->lastPass >= pass) return;  // a nested pass has run it
-    node->lastPass = pass;
+    if (node->lastPass >= timer.number) return;
+    node->lastPass = timer.number;
     const Run run(*this, *node);
     try {
         std::int64_t period = node->entry.period;
@@ -203,7 +209,7 @@ void RepeatQueue::RunEntry(const CCommandBehaviourList* list, std::size_t slot, 
             node->entry.period = SaturatedPeriod(period);
             if (node->removed || node->inert.load(std::memory_order_acquire)) return;
         }
-        node->entry.due = DueAfter(now, period);
+        node->entry.due = DueAfter(timer.now, period);
         m_due[slot] = node->entry.due;
         const VariableHookScope scope(node->entry.variables);
         if (IBehaviourObserver* observer = CurrentObserver()) observer->OnRepeatRun(list, node->entry);

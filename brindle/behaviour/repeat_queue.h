@@ -22,6 +22,16 @@ namespace brindle {
 
 constexpr std::uint64_t kNeverDue = std::numeric_limits<std::uint64_t>::max();
 
+// One call of the timer, over all lists or over one: its moment, and a number that grows from call to call. An
+// entry remembers the newest pass that ran it or that had begun when it was added: a pass leaves alone what a
+// pass nested in it has run, and what was added after it began.
+struct TimerPass {
+    explicit TimerPass(std::uint64_t systemMilliseconds) noexcept;
+
+    std::uint64_t now;
+    std::uint64_t number;
+};
+
 class RepeatQueue {
   public:
     RepeatQueue() = default;
@@ -34,8 +44,8 @@ class RepeatQueue {
     // Asks Retest for every live entry of the trigger and removes those that are over.
     void Cancel(const CCommandBehaviourList* list, const CCommandTrigger* trigger);
     void Reset(const CCommandBehaviourList* list);
-    // Runs every live entry that is due at `now`, each once.
-    void RunDue(const CCommandBehaviourList* list, std::uint64_t now);
+    // Runs every live entry that is due at the pass's moment, each once.
+    void RunDue(const CCommandBehaviourList* list, const TimerPass& timer);
 
     int Count() const;
     // The earliest due time, or something before it. Without the lock.
@@ -47,7 +57,7 @@ class RepeatQueue {
     class Pass;
     class Run;
 
-    void RunEntry(const CCommandBehaviourList* list, std::size_t slot, std::uint64_t pass, std::uint64_t now);
+    void RunEntry(const CCommandBehaviourList* list, std::size_t slot, const TimerPass& timer);
     void Remove(RepeatNode& node);
     void Free(RepeatNode& node);
     void Compact();
@@ -57,8 +67,8 @@ class RepeatQueue {
     std::vector<RepeatNode*> m_nodes;    // null for gaps
     std::vector<RepeatNode*> m_removed;  // out of the queue, freed when no pass can still look at them
     std::size_t m_gaps = 0;
-    int m_passes = 0;  // passes and cancellations in progress
-    std::uint64_t m_passCounter = 0;
+    int m_passes = 0;           // passes and cancellations in progress
+    std::uint64_t m_scans = 0;  // of RunDue: tells one that another came in between
     std::atomic<std::uint64_t> m_earliest{kNeverDue};
 };
 

@@ -24,8 +24,10 @@ const xmlChar* Chars(const char* text) {
 void RefuseFunction(xmlXPathParserContextPtr context, int) {
     xmlXPathErr(context, XPATH_UNKNOWN_FUNC_ERROR);
 }
-xmlXPathFunction FindFunction(void*, const xmlChar*, const xmlChar*) {
-    return RefuseFunction;
+xmlXPathFunction FindFunction(void* data, const xmlChar* name, const xmlChar* ns) {
+    const auto* context = static_cast<const xmlXPathContext*>(data);
+    void* known = xmlHashLookup2(context->funcHash, name, ns);
+    return known ? reinterpret_cast<xmlXPathFunction>(known) : RefuseFunction;
 }
 
 // And so it does for a prefix of a function or variable that is not declared. Neither exists here, so an
@@ -83,7 +85,7 @@ xmlNode* SelectSingleByLibxml2(xmlDoc* document, const char* xpath) {
     context->node = reinterpret_cast<xmlNode*>(document);
     context->error = Ignore;
     context->opLimit = kMaxSteps;
-    xmlXPathRegisterFuncLookup(context.get(), FindFunction, nullptr);
+    xmlXPathRegisterFuncLookup(context.get(), FindFunction, context.get());
     for (const xmlNs* ns = root ? root->nsDef : nullptr; ns; ns = ns->next)
         if (ns->prefix) xmlXPathRegisterNs(context.get(), ns->prefix, ns->href);
     const std::unique_ptr<xmlXPathObject, decltype(&xmlXPathFreeObject)> found(

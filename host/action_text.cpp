@@ -35,7 +35,7 @@ void AddEventValues(const CStateEvent& event, FieldValues& values) {
     values.r = event.GetStateDueToHeader();
     values.status = event.GetState();
     if (const auto* meter = dynamic_cast<const CMeterValueChangeEvent*>(&event))
-        values.r = CStringA(RealText(static_cast<double>(meter->GetValue())));
+        values.r = CStringA(RealText(meter->GetValue()));
     if (const auto* zone = dynamic_cast<const CMeterZoneChangeEvent*>(&event)) values.n = zone->GetZone();
     if (const auto* button = dynamic_cast<const CButtonPressEvent*>(&event)) values.n = button->toggleState();
 }

@@ -58,15 +58,15 @@ void DeviceTable::LoadDevice(const IniSection& section, const std::string& file,
 
 DeviceTable::Change DeviceTable::Take(const CStateEvent& event) {
     const auto found = m_devices.find(event.GetAddress().GetDWord());
-    if (found == m_devices.end() || event.GetAddress().IsDeferred()) return Change::kState;
+    if (found == m_devices.end() || event.GetAddress().IsDeferred()) return Change::kSomething;
     Device& device = found->second;
     if (dynamic_cast<const CStateChangedEvent*>(&event)) return TakeState(device, event);
     if (dynamic_cast<const CCaptionChangedEvent*>(&event)) device.caption = event.GetStateDueToString().str();
     if (const auto* meter = dynamic_cast<const CMeterValueChangeEvent*>(&event))
-        device.value = RealText(static_cast<double>(meter->GetValue()));
+        device.value = RealText(meter->GetValue());
     if (const auto* meter = dynamic_cast<const CMeterZoneChangeEvent*>(&event))
         device.zone = std::to_string(meter->GetZone());
-    return Change::kState;
+    return Change::kSomething;
 }
 
 DeviceTable::Change DeviceTable::TakeState(Device& device, const CStateEvent& event) {
@@ -74,14 +74,14 @@ DeviceTable::Change DeviceTable::TakeState(Device& device, const CStateEvent& ev
     const auto update = [&change](std::string& field, const CStringA& value) {
         if (field == value.str()) return;
         field = value.str();
-        change = Change::kData;
+        change = Change::kSomething;
     };
     update(device.header, event.GetStateDueToHeader());
     update(device.cause, event.GetStateDueToCauseHeader());
     update(device.text, event.GetStateDueToString());
     update(device.user, event.GetUserString());
     if (!device.seen || device.state != event.GetState() || device.masked != event.IsMasked())
-        change = Change::kState;
+        change = Change::kSomething;
     device.seen = true;
     device.state = event.GetState();
     device.masked = event.IsMasked();

@@ -26,13 +26,11 @@ class DeviceTable : public IBrindleData {
     // Remembers what events say about the address from now on.
     void Subscribe(std::uint32_t packedAddress) { m_devices.try_emplace(packedAddress); }
 
-    // What a state event changes for its device.
     enum class Change {
-        kState,    // another state or mask; always for a device that is not remembered
-        kData,     // the same state, other texts
-        kNothing,  // the same report again
+        kSomething,  // always for a device that is not remembered
+        kNothing,    // the same report as the last one
     };
-    // Takes the event over; for anything but a state event the answer is kState.
+    // Takes the event over and says whether a state event brings anything new; any other event always does.
     Change Take(const CStateEvent& event);
 
     bool Knows(std::uint32_t packedAddress) const { return m_devices.contains(packedAddress); }

@@ -44,6 +44,7 @@ std::optional<EventItem> EventReader::Next(std::chrono::milliseconds) {
         std::string why = ParseEventLine(text, item.event);
         if (!why.empty()) return problem(std::move(why));
         item.what = EventItem::kEvent;
+        item.name = m_name;
         item.line = m_number;
         return item;
     }

@@ -18,8 +18,9 @@ struct EventItem {
     enum What { kEvent, kProblem, kEnd };
     What what = kEnd;
     EventLine event;
-    Problem problem;         // a line that is no event
-    std::uint32_t line = 0;  // where the event stood
+    Problem problem;   // a line that is no event
+    std::string name;  // where the event stood
+    std::uint32_t line = 0;
 };
 
 // Where a run takes its events from.

@@ -61,6 +61,11 @@ std::string RealText(double value) {
     return {buffer, std::to_chars(buffer, buffer + sizeof buffer, value).ptr};
 }
 
+std::string RealText(float value) {
+    char buffer[32];
+    return {buffer, std::to_chars(buffer, buffer + sizeof buffer, value).ptr};
+}
+
 std::string Replaced(std::string_view text, std::string_view from, std::string_view to) {
     std::string result;
     if (from.empty()) return std::string(text);

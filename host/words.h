@@ -19,6 +19,7 @@ bool ParseInt(std::string_view text, int& value) noexcept;
 bool ParseReal(std::string_view text, double& value) noexcept;
 // The shortest text that reads back as the same number.
 std::string RealText(double value);
+std::string RealText(float value);
 // `text` with every occurrence of `from` replaced; nothing happens when `from` is empty.
 std::string Replaced(std::string_view text, std::string_view from, std::string_view to);
 

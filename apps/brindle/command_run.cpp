@@ -1,0 +1,130 @@
+// brindle run: plays events into a site and shows what its behaviours decide and do. Tests: run_tool_test.cpp.
+#include <fstream>
+#include <iostream>
+
+#include "apps/brindle/cli.h"
+#include "apps/brindle/commands.h"
+#include "apps/brindle/run_output.h"
+#include "host/host_files.h"
+#include "host/register_types.h"
+#include "host/site_runner.h"
+
+namespace brindle::tool {
+namespace {
+
+struct PlayOptions {
+    std::string site;
+    std::optional<std::string> events;
+    std::optional<int> seconds;
+    std::optional<std::string> expect;
+    bool fast = false;
+    bool dryRun = false;
+    bool trace = false;
+    bool json = false;
+};
+
+// The first problem is the failure; the others are told before it, so that all can be mended at once.
+void LoadOrFail(const std::string& folder, host::Site& site) {
+    host::RegisterHostTypes();
+    host::Problems problems;
+    if (host::LoadSite(folder, site, problems)) return;
+    for (std::size_t i = 1; i < problems.size(); ++i) Complain(problems[i].Place(), problems[i].text);
+    throw Failure(kWrongUsage, problems.at(0).Place(), problems.at(0).text);
+}
+
+// The stream of a recording or of the standard input.
+class EventInput {
+  public:
+    EventInput(const PlayOptions& options, const host::Site& site)
+        : m_path(options.events.value_or(site.plan.recording)) {
+        if (m_path == "-") {
+            m_path = "standard input";
+            // In real time the run must go on while no line comes.
+            if (options.fast)
+                m_source = std::make_unique<host::EventReader>(std::cin, m_path);
+            else
+                m_source = std::make_unique<host::BackgroundReader>(std::cin, m_path);
+            return;
+        }
+        if (m_path.empty())
+            throw Failure(kWrongUsage, site.plan.file, "names no \"Recording\", and no --events is given");
+        if (host::IsFolder(m_path)) throw Failure(kWrongUsage, m_path, "is a folder");
+        m_file.open(host::SystemFilePath(m_path), std::ios::binary);
+        if (!m_file) throw Failure(kWrongUsage, m_path, "cannot be opened");
+        m_source = std::make_unique<host::EventReader>(m_file, m_path);
+    }
+    host::EventSource& Source() { return *m_source; }
+
+  private:
+    std::string m_path;
+    std::ifstream m_file;
+    std::unique_ptr<host::EventSource> m_source;
+};
+
+std::unique_ptr<RunOutput> MakeOutput(const PlayOptions& options, const host::Site& site) {
+    if (options.json) return std::make_unique<JsonOutput>();
+    return std::make_unique<TextOutput>(site);
+}
+
+void Play(const PlayOptions& options, host::Site& site, host::EventSource& source, RunOutput& output) {
+    host::RunOptions how;
+    how.dryRun = options.dryRun;
+    how.trace = options.trace;
+    if (options.seconds) how.limit = static_cast<std::uint64_t>(*options.seconds) * 1000;
+    std::optional<host::FastPace> fast;
+    std::optional<host::RealPace> real;
+    host::RunPace* pace = nullptr;
+    if (options.fast)
+        pace = &fast.emplace(site.plan.start);
+    else
+        pace = &real.emplace();
+    host::SiteRunner(site, source, output, *pace, how).Run();
+}
+
+int RunSite(const PlayOptions& options) {
+    if (options.seconds && *options.seconds < 0)
+        throw Failure(kWrongUsage, "--for", "\"" + std::to_string(*options.seconds) + "\" is negative");
+    host::Site site;
+    LoadOrFail(options.site, site);
+    EventInput input(options, site);
+    if (!options.expect) {
+        Play(options, site, input.Source(), *MakeOutput(options, site));
+        return kAnswered;
+    }
+    ExpectOutput output(*options.expect);
+    if (!options.fast)
+        Complain("--expect", "without --fast the times of the run are those of the real clock");
+    Play(options, site, input.Source(), output);
+    return output.Compare() ? kAnswered : kFailed;
+}
+
+}  // namespace
+
+void DeclareRun(Command& tool) {
+    auto options = std::make_shared<PlayOptions>();
+    Command& run = tool.Add("run", kGroupStations, "play events into a site and show what its behaviours do");
+    run.Text("SITE", options->site, "the folder of the site, the one that holds site.ini");
+    run.Option("--events", "FILE", options->events,
+               "events as JSON lines, \"-\" for the standard input; without it the site's own recording");
+    run.Option("--for", "SECONDS", options->seconds,
+               "run that long; without it until the events or the recording end");
+    run.Flag("--fast", options->fast, "do not wait: a virtual clock jumps from one due time to the next");
+    run.Flag("--dry-run", options->dryRun, "actions only say what they would do");
+    run.Flag("--trace", options->trace,
+             "say why: also triggers that did not fire and actions that did not run");
+    run.Option("--expect", "FILE", options->expect,
+               "compare the run's JSON lines with a file; print the difference and exit 1 when there is one");
+    run.Flag("--json", options->json, "print one JSON object for each thing that happens");
+    run.Note(
+        "The keys of events and of printed lines are in docs/sites.md. A line that is no event is reported, "
+        "and "
+        "the run goes on. A fast run begins at the site's Start and its zone is UTC, so it prints the same "
+        "lines every time.");
+    run.Example("brindle run examples/sites/studio", "plays the example station");
+    run.Example("brindle run examples/sites/studio --fast --trace", "at once, with every reason");
+    run.Example("brindle run examples/sites/studio --fast --expect examples/sites/studio/expected.jsonl",
+                "tests the behaviours of the station");
+    run.Run([options] { return RunSite(*options); });
+}
+
+}  // namespace brindle::tool

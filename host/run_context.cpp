@@ -1,0 +1,101 @@
+// The actions of a run. Tests: run_test.cpp, actions_test.cpp.
+#include "host/run_context.h"
+
+#include <brindle/address/state_event.h>
+#include <brindle/behaviour/action.h>
+
+#include "host/address_pattern.h"
+#include "host/event_record.h"
+#include "host/host_files.h"
+
+namespace brindle::host {
+
+RunRecord RunContext::Begin(const char* kind, const CCommandAction& action) const {
+    RunRecord record = m_state.Begin(kind);
+    if (m_state.current) record["object"] = TextToUtf8(m_state.current->plan.name);
+    record["by"] = m_state.by;
+    record["trigger"] = m_state.trigger;
+    record["action"] = ItemLabel(&action);
+    return record;
+}
+
+void RunContext::Write(RunRecord record) const {
+    if (m_state.dryRun) record["dryRun"] = true;
+    m_state.sink.Write(record);
+}
+
+void RunContext::RunCommand(const CCommandAction& action, const CStringA& line) {
+    RunRecord record = Begin("command", action);
+    record["line"] = TextToUtf8(line.view());
+    Write(std::move(record));
+}
+
+void RunContext::WriteLog(const CCommandAction& action, const CStringA& text) {
+    RunRecord record = Begin("log", action);
+    record["text"] = TextToUtf8(text.view());
+    Write(std::move(record));
+}
+
+VariableManager* RunContext::ScopeFor(VariableTarget target, const CStringA& name, const char*& word) const {
+    CStringA unused;
+    Site& site = m_state.site;
+    SiteObject* object = m_state.current;
+    const bool inSite = site.scope.getValue(name, unused);
+    const bool inObject = object && object->scope.getValue(name, unused);
+    const bool nearestIsSite = target == VariableTarget::kNearest && inSite && !inObject;
+    if (!object || target == VariableTarget::kSite || nearestIsSite) {
+        word = "site";
+        return &site.scope;
+    }
+    word = "object";
+    return &object->scope;
+}
+
+void RunContext::SetVariable(const CCommandAction& action, VariableTarget target, const CStringA& name,
+                             const CStringA& value) {
+    const char* word = "";
+    VariableManager* scope = ScopeFor(target, name, word);
+    RunRecord record = Begin("variable", action);
+    record["scope"] = word;
+    record["name"] = TextToUtf8(name.view());
+    record["value"] = TextToUtf8(value.view());
+    Write(std::move(record));
+    if (!m_state.dryRun) scope->addVariable(Variable(name, value));
+}
+
+void RunContext::SendState(const CCommandAction& action, const CStateEvent* event) {
+    RunRecord record = Begin("send", action);
+    DescribeEvent(*event, record);
+    Write(std::move(record));
+    if (m_state.dryRun)
+        event->Release();
+    else
+        m_state.queue.push_back(event);
+}
+
+void RunContext::ReportFailure(const CCommandAction& action, const CStringA& why) {
+    RunRecord record = Begin("failure", action);
+    record["why"] = TextToUtf8(why.view());
+    Write(std::move(record));
+}
+
+const VariableManager* RunContext::ObjectScope() const {
+    return m_state.current ? &m_state.current->scope : nullptr;
+}
+
+CAddressOv RunContext::ObjectAddress() const {
+    return m_state.current ? m_state.current->plan.address : CAddressOv();
+}
+
+CStringA RunContext::Caption(const CAddressOv& address) const {
+    std::string caption;
+    if (!address.IsDeferred()) caption = m_state.site.devices.Caption(address.GetDWord());
+    if (caption.empty() && m_state.current) caption = m_state.current->plan.caption;
+    return caption;
+}
+
+CStringA RunContext::Path() const {
+    return m_state.site.plan.folder;
+}
+
+}  // namespace brindle::host

@@ -1,0 +1,34 @@
+// RunContext: what actions do in a run. Commands and log lines become records, variables go to the site's
+// scopes, states are queued. In a dry run the records say what would have happened and nothing does.
+#pragma once
+
+#include "host/host_context.h"
+#include "host/run_state.h"
+
+namespace brindle::host {
+
+class RunContext final : public HostContext {
+  public:
+    explicit RunContext(RunState& state) : m_state(state) {}
+
+    void RunCommand(const CCommandAction& action, const CStringA& line) override;
+    void WriteLog(const CCommandAction& action, const CStringA& text) override;
+    void SetVariable(const CCommandAction& action, VariableTarget target, const CStringA& name,
+                     const CStringA& value) override;
+    void SendState(const CCommandAction& action, const CStateEvent* event) override;
+    void ReportFailure(const CCommandAction& action, const CStringA& why) override;
+    const VariableManager* ObjectScope() const override;
+    CAddressOv ObjectAddress() const override;
+    CStringA Caption(const CAddressOv& address) const override;
+    CStringA Path() const override;
+
+  private:
+    RunRecord Begin(const char* kind, const CCommandAction& action) const;
+    // The scope a variable goes to, and its word in records.
+    VariableManager* ScopeFor(VariableTarget target, const CStringA& name, const char*& word) const;
+    void Write(RunRecord record) const;
+
+    RunState& m_state;
+};
+
+}  // namespace brindle::host

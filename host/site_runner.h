@@ -1,0 +1,69 @@
+// SiteRunner: plays events into a site until they end: delivers them to the objects concerned, calls the
+// engine's timer whenever something is due, and delivers what actions send after the event being handled.
+//
+// One runner at a time: it registers the process-wide slots (data interface, observer, host context) for the
+// duration of Run. Things due at one moment come in this order: what actions sent, then repeats and
+// schedules, then the event of the recording.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "host/event_reader.h"
+#include "host/run_context.h"
+#include "host/run_observer.h"
+#include "host/run_state.h"
+
+namespace brindle::host {
+
+struct RunOptions {
+    std::optional<std::uint64_t> limit;  // milliseconds; the run ends then, and not before
+    bool dryRun = false;
+    bool trace = false;
+};
+
+class SiteRunner {
+  public:
+    // Actions that answer each other without end are stopped after this many events at one moment.
+    static constexpr int kMostSentEvents = 1'000;
+    // Repeats without a period run this often, in milliseconds.
+    static constexpr std::uint64_t kTick = 100;
+
+    // Everything is borrowed and must outlive the runner.
+    SiteRunner(Site& site, EventSource& source, RunSink& sink, RunPace& pace, const RunOptions& options);
+    SiteRunner(const SiteRunner&) = delete;
+    SiteRunner& operator=(const SiteRunner&) = delete;
+    ~SiteRunner();
+
+    void Run();
+
+  private:
+    void Start();
+    void Fetch();
+    void Accept(const EventItem& item);
+    void Step();
+    void CallTimer();
+    void Play(const EventLine& line);
+    void AskUnlock(const EventLine& line);
+    // Delivers the event to one object, or to every object concerned. Takes over one reference.
+    void Deliver(const CStateEvent* event, SiteObject* target, bool sent);
+    bool IsConcerned(const SiteObject& object, const CStateEvent& event, DeviceTable::Change change) const;
+    void DeliverQueue();
+    std::optional<std::uint64_t> NextTimer() const;
+    std::chrono::milliseconds LongestWait() const;
+    void End(const char* why);
+
+    RunState m_state;
+    RunObserver m_observer;
+    RunContext m_context;
+    EventSource& m_source;
+    RunOptions m_options;
+    std::optional<EventLine> m_next;  // the event that waits for its time
+    std::uint64_t m_nextAt = 0;
+    bool m_sourceEnded = false;
+    bool m_over = false;
+    std::optional<std::uint64_t> m_lastPass;  // when the timer was called last
+    std::uint64_t m_played = 0;
+};
+
+}  // namespace brindle::host

@@ -119,6 +119,8 @@ class CheckTest(unittest.TestCase):
             ("stream", "std::ostringstream out;", "[locale]"),
             ("printed double", 'std::snprintf(b, 10, "%5.2f", d);', "[printf]"),
             ("printed below", 'std::snprintf(b, 10,\n                  "%g", d);', "[printf]"),
+            ("a regular expression", "std::regex expression(text);", "[regex]"),
+            ("a locale", "std::locale user(name);", "[locale]"),
             ("platform", "#ifdef _WIN32\n#endif", "[system]"),
         ]
         for label, line, expected in rows:
@@ -137,6 +139,8 @@ class CheckTest(unittest.TestCase):
             ("in a string", 'Log("time(nullptr)");'),
             ("in a raw string", 'Log(R"(getenv("A"))");'),
             ("printed integer", 'std::snprintf(b, 10, "%04X %%f", d);'),
+            ("a classic regular expression", "std::regex r;\n    r.imbue(std::locale::classic());"),
+            ("an include", "#include <regex>"),
             ("with a reason", "std::time(nullptr);  // tools/check: time: the backend's own"),
             ("reason above", "// tools/check: time: the backend's own\n    std::time(nullptr);"),
         ]

@@ -24,7 +24,9 @@ RULES = {
         CALL.format("strto(?:d|f|ld|l|ul|ll|ull|imax|umax)|ato(?:f|i|l|ll)|sto(?:d|f|ld|i|l|ul|ll|ull)"
                     "|to(?:upper|lower)|is(?:alpha|alnum|digit|space|upper|lower|punct|print|xdigit|cntrl|graph|blank)"
                     "|strcoll|strxfrm|setlocale|localeconv|str(?:n)?casecmp|v?f?s?n?scanf|sscanf")
-        + r"|\bstd::w?[io]?stringstream\b|\bstd::locale\b|\b(?:w?regex|put_time|get_time|setprecision)\b"),
+        + r"|\bstd::w?[io]?stringstream\b|\bstd::locale\b(?!::classic\(\))|\b(?:put_time|get_time|setprecision)\b"),
+    # A regular expression takes the locale in force when it is made, unless it is given another first.
+    "regex": re.compile(r"\bstd::w?regex\b"),
     "printf": re.compile(CALL.format("v?[fs]?n?printf|v?asprintf|v?dprintf")),
     "system": re.compile(r"\b(?:_WIN32|_WIN64|__linux__|__unix__|__APPLE__|_MSC_VER)\b"),
 }
@@ -36,6 +38,7 @@ WHY = {
     "program": "programs are started through their service",
     "files": "files are reached through the files service",
     "locale": "depends on the process locale",
+    "regex": "is never given the classic locale (imbue)",
     "printf": "prints a floating-point number by the process locale",
     "system": "only the backends know which system they run on",
 }
@@ -64,7 +67,11 @@ def check(tree):
         for rule, pattern in RULES.items():
             if not in_scope(path, rule):
                 continue
+            if rule == "regex" and "imbue(std::locale::classic())" in tree.code(path):
+                continue
             for line, match in tree.matches(pattern, path):
+                if lines[line - 1].lstrip().startswith("#include"):
+                    continue
                 if rule == "printf" and not prints_float(lines, line):
                     continue
                 if waived(lines, line, rule):

@@ -345,5 +345,21 @@ class AcceptGoldenTest(unittest.TestCase):
         self.assertEqual((self.golden / "a.xml").read_text(), "old\nsame\n")
 
 
+class TerminalPictureTest(unittest.TestCase):
+    def test_draws_what_was_printed(self):
+        with tempfile.TemporaryDirectory(prefix="check-") as folder:
+            picture = pathlib.Path(folder) / "p.svg"
+            draw = lambda *command: subprocess.run([sys.executable, str(ROOT / "tools/terminal-picture"), str(picture),
+                                                    "--lines", "2", *command], capture_output=True, check=False)
+            run = draw("bash", "-c", r"printf '\033[32mgreen\033[0m <&\n'; sleep 0.1; echo two; echo three")
+            self.assertEqual(run.returncode, 0, run.stderr)
+            text = picture.read_text()
+            self.assertIn('fill="#98c379" textLength="42.0">green</text>', text)
+            self.assertIn("&lt;&amp;", text)
+            self.assertIn("two</text>", text)
+            self.assertIn("... and 1 more lines", text)
+            self.assertEqual(draw("false").returncode, 1)
+
+
 if __name__ == "__main__":
     unittest.main()

@@ -349,8 +349,8 @@ class TerminalPictureTest(unittest.TestCase):
     def test_draws_what_was_printed(self):
         with tempfile.TemporaryDirectory(prefix="check-") as folder:
             picture = pathlib.Path(folder) / "p.svg"
-            draw = lambda *command: subprocess.run([sys.executable, str(ROOT / "tools/terminal-picture"), str(picture),
-                                                    "--lines", "2", *command], capture_output=True, check=False)
+            draw = lambda *command: subprocess.run([sys.executable, str(ROOT / "tools/terminal-picture"), "--lines",
+                                                    "2", str(picture), *command], capture_output=True, check=False)
             run = draw("bash", "-c", r"printf '\033[32mgreen\033[0m <&\n'; sleep 0.1; echo two; echo three")
             self.assertEqual(run.returncode, 0, run.stderr)
             text = picture.read_text()

@@ -1,0 +1,78 @@
+// RuleValue: a Literal in the form the evaluator works on. Trivial, so that a stack of them costs nothing until
+// it is used; texts are views of the rule or of strings that a TextPool owns.
+//
+// Conversions between types and the promotion table of the binary operators. Tests: rule_value_test.cpp.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "brindle/expressions/calculator.h"
+
+namespace brindle {
+
+using ValueType = CCalculator::Literal::Type;
+using OperatorType = CCalculator::Operator::Type;
+
+// The longest text an evaluation makes; a longer one becomes the empty String.
+inline constexpr std::size_t kMaxComputedText = std::size_t{1} << 26;
+
+// Strings that values of one evaluation own, used again once released. A string keeps its place.
+class TextPool {
+  public:
+    std::string* Take();
+    void Release(std::string* text) noexcept;
+
+  private:
+    std::deque<std::string> m_strings;
+    std::vector<std::string*> m_free;
+};
+
+struct RuleValue {
+    ValueType type;
+    bool replaceable;
+    COleDateTime::DateTimeStatus status;  // of a DateTime
+    union {
+        bool truth;
+        std::int32_t integer;
+        double number;  // Double; TimeSpan in seconds; DateTime in days
+    };
+    std::string_view text;  // String and Address
+    std::string* owned;     // holds `text`, or null
+
+    static RuleValue OfText(std::string_view text, ValueType type = CCalculator::Literal::String) noexcept;
+    static RuleValue OfBool(bool value) noexcept;
+    static RuleValue OfInt(std::int32_t value) noexcept;
+    static RuleValue OfDouble(double value, ValueType type = CCalculator::Literal::Double) noexcept;
+    static RuleValue OfDate(const COleDateTime& date) noexcept;
+    // Views the literal's text: valid as long as the literal is and does not change.
+    static RuleValue Of(const CCalculator::Literal& literal) noexcept;
+
+    void StoreTo(CCalculator::Literal& literal) const;
+
+    COleDateTime Date() const noexcept;
+    bool AsBool() const;
+    std::int32_t AsInt() const;
+    double AsDouble() const;
+    std::string AsString() const;
+};
+
+// The empty String: the result of every operation without a meaning.
+RuleValue EmptyValue() noexcept;
+
+// The parts of an address text, uncut; 0 for what is no address.
+struct AddressParts {
+    std::uint32_t net = 0;
+    std::uint32_t unit = 0;
+    std::uint32_t port = 0;
+    std::uint32_t Packed() const noexcept { return net * 65536u + unit * 256u + port; }
+};
+AddressParts ParseAddressParts(std::string_view text);
+
+// The type in which a binary operation is carried out.
+ValueType CalcAsType(ValueType left, ValueType right) noexcept;
+
+}  // namespace brindle

@@ -1,5 +1,5 @@
-// Reading a behaviour list document of 5 MB with 10,000 behaviours: libxml2's own parse of it, beside XMLReader's
-// load and a walk that enters every section and reads every attribute.
+// Reading a behaviour list document of 5 MB with 10,000 behaviours: libxml2's own parse of it, beside
+// XMLReader's load and a walk that enters every section and reads every attribute.
 #include <benchmark/benchmark.h>
 #include <libxml/parser.h>
 

@@ -1,5 +1,5 @@
-// Arbitrary bytes as an XML text and as an XML file: every read of XMLReader, everywhere in the document, and its
-// markup read again.
+// Arbitrary bytes as an XML text and as an XML file: every read of XMLReader, everywhere in the document, and
+// its markup read again.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>

@@ -6,9 +6,9 @@
 // everything is UTF-8; the ANSI code page is the business of the callers. Files are read and written by the
 // callers too: a backend sees bytes only.
 //
-// Reading keeps white space, turns line ends into LF, expands internal entities and nothing else: no default attributes, no external
-// entity, no external DTD, no network, no validation. Nothing is printed. Every failure of a parse leaves the
-// document empty.
+// Reading keeps white space, turns line ends into LF, expands internal entities and nothing else: no default
+// attributes, no external entity, no external DTD, no network, no validation. An external entity reads as the
+// empty text. Nothing is printed. Every failure of a parse leaves the document empty.
 // Thread: any thread may create documents; a document belongs to one thread at a time.
 #pragma once
 

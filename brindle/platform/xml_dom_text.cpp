@@ -98,10 +98,11 @@ std::size_t FindAttributeFlood(std::string_view markup) noexcept {
 XmlPosition XmlPlaces::At(std::size_t offset) noexcept {
     if (offset > m_text.size()) offset = m_text.size();
     if (offset < m_lineStart) *this = XmlPlaces(m_text);
-    while (m_lineStart < offset) {
-        const void* end = std::memchr(m_text.data() + m_lineStart, '\n', offset - m_lineStart);
+    while (m_scanned < offset) {
+        const void* end = std::memchr(m_text.data() + m_scanned, '\n', offset - m_scanned);
+        m_scanned = offset;
         if (!end) break;
-        m_lineStart = static_cast<std::size_t>(static_cast<const char*>(end) - m_text.data()) + 1;
+        m_scanned = m_lineStart = static_cast<std::size_t>(static_cast<const char*>(end) - m_text.data()) + 1;
         ++m_line;
     }
     return {m_line, static_cast<std::uint32_t>(offset - m_lineStart) + 1};

@@ -34,6 +34,7 @@ class XmlPlaces {
   private:
     std::string_view m_text;
     std::size_t m_lineStart = 0;
+    std::size_t m_scanned = 0;  // no further line begins before here
     std::uint32_t m_line = 1;
 };
 

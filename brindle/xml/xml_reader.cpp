@@ -1,8 +1,9 @@
-// XMLReader: loading, the section cursor, reads and edits. The document is the XML DOM service's; what is here
-// is the cursor and the way between its UTF-8 and the library's bytes.
+// XMLReader: loading, the section cursor, reads and edits. The document is the XML DOM service's; what is
+// here is the cursor and the way between its UTF-8 and the library's bytes.
 //
-// A reader walks documents of 100,000 elements, so a section costs no allocation: its record is taken over from the
-// last section that was open at its depth, its children are a pair of nodes, its child names wait to be asked for.
+// A reader walks documents of 100,000 elements, so a section costs no allocation: its record is taken over
+// from the last section that was open at its depth, its children are a pair of nodes, its child names wait to
+// be asked for.
 #include "brindle/xml/xml_reader.h"
 
 #include <cstring>
@@ -251,7 +252,8 @@ bool XMLReader::WriteAttribute(char const* name, CStringA& value) {
 }
 
 bool XMLReader::WriteAttribute(char const* name, int& /*value*/) {
-    // Kept: a placeholder that never wrote real numbers; what it leaves in a document is known to its callers.
+    // Kept: a placeholder that never wrote real numbers; what it leaves in a document is known to its
+    // callers.
     CStringA placeholder("150");
     WriteAttribute(name, placeholder);
     return false;

@@ -106,9 +106,10 @@ class BRINDLE_API XMLReader {
     // Not for real values: it ignores `value`, writes the text "150" and returns false.
     bool WriteAttribute(char const* name, int& value);
 
-    // Where the current section's element begins in its source (line and column of its "<", from 1, column in bytes
-    // of the text as UTF-8); an element created here, or out of an entity, stands where the one around it does.
-    // False, outputs unchanged, when no section is open or the document was not loaded by a positioned load.
+    // Where the current section's element begins in its source (line and column of its "<", from 1, column in
+    // bytes of the text as UTF-8); an element created here, or out of an entity, stands where the one around
+    // it does. False, outputs unchanged, when no section is open or the document was not loaded by a
+    // positioned load.
     bool GetPosition(std::uint32_t& line, std::uint32_t& column) const;
 
   private:

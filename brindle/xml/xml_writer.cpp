@@ -11,8 +11,8 @@ using brindle::XmlNode;
 
 namespace {
 
-// Where the next node goes: null is the document itself. False when it goes nowhere, because the document does
-// not exist or the current section's name made no element.
+// Where the next node goes: null is the document itself. False when it goes nowhere, because the document
+// does not exist or the current section's name made no element.
 bool FindPlace(const brindle::XmlDocument* document, const std::vector<XmlNode*>& sections, XmlNode*& place) {
     place = sections.empty() ? nullptr : sections.back();
     return document && (place || sections.empty());

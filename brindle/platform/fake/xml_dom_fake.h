@@ -1,5 +1,5 @@
-// FakeXmlDom: XML documents in memory, with switches for faults. Beside what the contract asks for it can do only
-// plain paths as XPath ("a", "/a/b", "//b") and only UTF-8; a document type is refused.
+// FakeXmlDom: XML documents in memory, with switches for faults. Beside what the contract asks for it can do
+// only plain paths as XPath ("a", "/a/b", "//b") and only UTF-8; a document type is refused.
 #pragma once
 
 #include <memory>

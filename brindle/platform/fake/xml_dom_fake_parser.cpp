@@ -1,5 +1,7 @@
 // The fake XML DOM's parser: one pass over the text, no recursion. Entry point: ParseFakeXml.
+#include <algorithm>
 #include <charconv>
+#include <set>
 #include <utility>
 
 #include "brindle/platform/fake/xml_dom_fake_tree.h"
@@ -179,6 +181,7 @@ class Parser {
         FakeXmlNode& element = m_tree.Append(*m_open, Kind::kElement, TakeName(), "");
         if (m_recordPlaces) element.place = m_places.At(start);
         if (++m_depth > kXmlMaxDepth) RefuseLimit("elements nested deeper than 256");
+        m_attributeNames.clear();
         bool blank = SkipBlanks();
         while (Peek() != '>' && Peek() != '/') {
             if (!blank) Refuse("a blank was expected here");
@@ -195,8 +198,7 @@ class Parser {
 
     void ReadAttribute(FakeXmlNode& element) {
         std::string name = TakeName();
-        for (const auto& other : element.attributes)
-            if (other.name == name) Refuse("an attribute twice");
+        if (!m_attributeNames.insert(name).second) Refuse("an attribute twice");
         SkipBlanks();
         Expect("=");
         SkipBlanks();
@@ -231,6 +233,7 @@ class Parser {
     XmlPlaces m_places;
     std::size_t m_at = 0;
     unsigned m_depth = 0;
+    std::set<std::string> m_attributeNames;  // of the tag being read
     bool m_hasRoot = false;
 };
 

@@ -1,6 +1,7 @@
-// XmlDom on libxml2 (2.9.14). Parsing, selecting and writing stand in files of their own; here is the tree: a document,
-// its nodes by pointer, building. What this backend cannot do: DTD validation, external entities, more than
-// the limits of xml_dom.h; each is a failed parse or an empty text, tested in xml_dom_libxml2_test.cpp.
+// XmlDom on libxml2 (2.9.14). Parsing, selecting and writing stand in files of their own; here is the tree: a
+// document, its nodes by pointer, building. What this backend cannot do: DTD validation, external entities,
+// more than the limits of xml_dom.h; each is a failed parse or an empty text, tested in
+// xml_dom_libxml2_test.cpp.
 #include "brindle/platform/xml_dom.h"
 
 #include <libxml/parser.h>
@@ -93,8 +94,8 @@ void Link(xmlNode* parent, xmlNode* node) {
     parent->last = node;
 }
 
-// The declared namespace a prefixed name means at a node, and the name's local part; no namespace and the whole
-// name where the prefix is not declared: names are taken as given.
+// The declared namespace a prefixed name means at a node, and the name's local part; no namespace and the
+// whole name where the prefix is not declared: names are taken as given.
 std::pair<xmlNs*, const char*> Resolve(xmlDoc* document, xmlNode* node, const char* name) {
     const char* colon = name ? std::strchr(name, ':') : nullptr;
     if (!colon || node->type != XML_ELEMENT_NODE) return {nullptr, name};

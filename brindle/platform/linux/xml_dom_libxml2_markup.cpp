@@ -78,7 +78,8 @@ bool AppendLeaf(const xmlNode* node, std::string& markup) {
     }
 }
 
-// The next node of the walk below `top` in document order, or null; `ended` is told each element left on the way.
+// The next node of the walk below `top` in document order, or null; `ended` is told each element left on the
+// way.
 template <class Ended>
 const xmlNode* Next(const xmlNode* node, const xmlNode* top, Ended ended) {
     if (node->type == XML_ELEMENT_NODE && node->children) return node->children;

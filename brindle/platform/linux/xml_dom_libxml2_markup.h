@@ -8,8 +8,8 @@
 
 namespace brindle {
 
-// Appends the node with everything in it. An element also gets the namespace declarations from outside that it
-// or anything in it uses. False, with `markup` half written, when a text holds what XML cannot hold.
+// Appends the node with everything in it. An element also gets the namespace declarations from outside that
+// it or anything in it uses. False, with `markup` half written, when a text holds what XML cannot hold.
 bool AppendMarkup(const xmlNode* node, std::string& markup);
 
 }  // namespace brindle

@@ -2,11 +2,11 @@
 // building ones, so nothing is set for the whole process and nothing is printed.
 //
 // What libxml2 leaves open and the handlers close:
-// - With NOENT it opens external entities, files even with NONET. They are declared as internal and empty instead
-//   (OnEntityDecl), refused where one is found all the same (OnGetEntity), and an external subset is never asked
-//   for.
-// - It compares every attribute of a tag with every other, so tags with too many are found before the parse, and
-//   in each entity's text before that is parsed; a start handler would come too late.
+// - With NOENT it opens external entities, files even with NONET. They are declared as internal and empty
+//   instead (OnEntityDecl), refused where one is found all the same (OnGetEntity), and an external subset is
+//   never asked for.
+// - It compares every attribute of a tag with every other, so tags with too many are found before the parse,
+//   and in each entity's text before that is parsed; a start handler would come too late.
 // - It counts the depth anew within each entity, and looks a prefix up among all namespaces in scope.
 // - An entity text put behind other text costs that text's length each time.
 #include "brindle/platform/linux/xml_dom_libxml2_parse.h"
@@ -28,8 +28,8 @@ namespace {
 
 constexpr int kOptions =
     XML_PARSE_NOENT | XML_PARSE_NONET | XML_PARSE_COMPACT | XML_PARSE_IGNORE_ENC | XML_PARSE_NOXINCNODE;
-// What one reference counts beside its text, so that references to nothing end too: libxml2 sets up a parser for
-// each of them.
+// What one reference counts beside its text, so that references to nothing end too: libxml2 sets up a parser
+// for each of them.
 constexpr std::uint64_t kReferenceCost = 64;
 // Bytes of text that references may make libxml2 walk over again: a tenth of a second.
 constexpr std::uint64_t kMaxRewalkedBytes = 1u << 30;
@@ -183,6 +183,8 @@ xmlEntityPtr OnGetParameterEntity(void* data, const xmlChar* name) {
 }
 
 void OnExternalSubset(void*, const xmlChar*, const xmlChar*, const xmlChar*) {}
+// Called for an entity that may be declared in what is not read: it reads as the empty text too.
+void OnReference(void*, const xmlChar*) {}
 xmlParserInputPtr OnResolveEntity(void*, const xmlChar*, const xmlChar*) {
     return nullptr;
 }
@@ -193,6 +195,7 @@ void InstallHandlers(xmlSAXHandler& sax) {
     sax.attributeDecl = OnAttributeDecl;
     sax.getEntity = OnGetEntity;
     sax.getParameterEntity = OnGetParameterEntity;
+    sax.reference = OnReference;
     sax.externalSubset = OnExternalSubset;
     sax.resolveEntity = OnResolveEntity;
     sax.serror = OnError;

@@ -11,8 +11,9 @@
 
 namespace brindle {
 
-// Parses UTF-8 whatever encoding it declares. On success `document` is the caller's (xmlFreeDoc), else null. With
-// `places`, every element's `_private` is 1 plus the index of its place there (0 for elements out of entities).
+// Parses UTF-8 whatever encoding it declares. On success `document` is the caller's (xmlFreeDoc), else null.
+// With `places`, every element's `_private` is 1 plus the index of its place there (0 for elements out of
+// entities).
 Result ParseByLibxml2(std::string_view utf8, std::vector<XmlPosition>* places, xmlDoc*& document);
 
 }  // namespace brindle

@@ -1,5 +1,5 @@
-// See xml_dom_libxml2_select.h. A plain name is answered without XPath: it is what nearly every caller passes, and
-// it finds a root in a default namespace too, which XPath would not.
+// See xml_dom_libxml2_select.h. A plain name is answered without XPath: it is what nearly every caller
+// passes, and it finds a root in a default namespace too, which XPath would not.
 #include "brindle/platform/linux/xml_dom_libxml2_select.h"
 
 #include <libxml/xpath.h>
@@ -7,7 +7,10 @@
 
 #include <memory>
 #include <new>
+#include <string>
 #include <string_view>
+
+#include "brindle/platform/xml_dom_text.h"
 
 namespace brindle {
 namespace {
@@ -30,8 +33,9 @@ xmlXPathFunction FindFunction(void* data, const xmlChar* name, const xmlChar* ns
     return known ? reinterpret_cast<xmlXPathFunction>(known) : RefuseFunction;
 }
 
-// And so it does for a prefix of a function or variable that is not declared. Neither exists here, so an
-// expression with a variable or a prefixed function is invalid anyhow.
+// And so it does for a prefix of a function or variable that is not declared (neither exists here, so an
+// expression with a variable or a prefixed function is invalid anyhow), and for a character that is not
+// XML's.
 bool UsesVariableOrPrefixedFunction(std::string_view xpath) {
     bool prefixed = false;
     for (std::size_t at = 0; at < xpath.size(); ++at) {
@@ -49,6 +53,11 @@ bool UsesVariableOrPrefixedFunction(std::string_view xpath) {
         }
     }
     return false;
+}
+
+bool WouldBePrinted(std::string_view xpath) {
+    std::string ignored;
+    return UsesVariableOrPrefixedFunction(xpath) || !AppendXmlText(xpath, XmlTextKind::kVerbatim, ignored);
 }
 
 bool IsPlainName(std::string_view text) {
@@ -78,7 +87,7 @@ xmlNode* FirstInDocument(xmlXPathObject* found) {
 xmlNode* SelectSingleByLibxml2(xmlDoc* document, const char* xpath) {
     xmlNode* root = xmlDocGetRootElement(document);
     if (root && HasName(root, xpath)) return root;
-    if (IsPlainName(xpath) || UsesVariableOrPrefixedFunction(xpath)) return nullptr;
+    if (IsPlainName(xpath) || WouldBePrinted(xpath)) return nullptr;
     const std::unique_ptr<xmlXPathContext, decltype(&xmlXPathFreeContext)> context(
         xmlXPathNewContext(document), &xmlXPathFreeContext);
     if (!context) throw std::bad_alloc();

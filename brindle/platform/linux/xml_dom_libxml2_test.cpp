@@ -1,4 +1,5 @@
-// What the libxml2 backend does beyond the common contract: document types, encodings, XPath, hostile documents.
+// What the libxml2 backend does beyond the common contract: document types, encodings, XPath, hostile
+// documents.
 #include <gtest/gtest.h>
 #include <libxml/parser.h>
 #include <libxml/xmlerror.h>
@@ -77,6 +78,7 @@ TEST_F(XmlDomLibxml2Test, NoExternalEntityOrTypeIsEverOpened) {
         "<!DOCTYPE a [<!ENTITY e SYSTEM \"" + secret + "\"><!ENTITY f '&e;'>]><a>x&f;y</a>",
         "<!DOCTYPE a [<!ENTITY % p SYSTEM \"" + type + "\">%p;]><a>xy</a>",
         "<!DOCTYPE a SYSTEM \"" + type + "\"><a>xy</a>",
+        "<!DOCTYPE a SYSTEM \"" + type + "\"><a k='&e;'>x&e;y</a>",
         "<!DOCTYPE a PUBLIC \"p\" \"" + type + "\"><a>xy</a>",
         "<!DOCTYPE a SYSTEM \"http://127.0.0.1:1/type.dtd\"><a>xy</a>",
         "<!DOCTYPE a [<!ENTITY e SYSTEM \"http://127.0.0.1:1/e\">]><a>x&e;y</a>",
@@ -115,8 +117,8 @@ TEST_F(XmlDomLibxml2Test, NothingIsPrintedAndNoHandlerOfTheProcessIsTouched) {
         EXPECT_FALSE(Parse(text, XmlInput::kFile).ok() &&
                      std::string_view(text).find('%') == std::string_view::npos);
     ASSERT_TRUE(Parse("<a/>").ok());
-    for (const char* xpath :
-         {"a[", "f()", "p:f()", "$v", "$p:v", "p:a", "count('", "id(", "a[p :f(1)]", "((((", "1 div"})
+    for (const char* xpath : {"a[", "f()", "p:f()", "$v", "$p:v", "p:a", "count('", "id(", "a[p :f(1)]",
+                              "((((", "\x01", "//\xFF", "a[\xED\xBB\xBF]", "//\xEF\xBF\xBF", "1 div"})
         EXPECT_EQ(document->SelectSingle(xpath), nullptr) << xpath;
     std::string markup;
     document->AppendText(Root(), "\xFF");

@@ -39,7 +39,7 @@ def check_headers(tree):
         link = work / "public" / header
         link.parent.mkdir(parents=True, exist_ok=True)
         link.symlink_to(tree.root / header)
-    headers = [p for p in tree.sources if p.endswith(".h") and p.startswith(("brindle/", "host/", "testing/"))]
+    headers = [p for p in tree.sources if p.endswith(".h") and p.startswith(("brindle/", "host/", "apps/", "testing/"))]
     (work / "alone").mkdir(parents=True, exist_ok=True)
     with jobs() as pool:
         results = pool.map(lambda header: _compile_alone(tree, work, header), headers)

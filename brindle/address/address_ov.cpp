@@ -173,10 +173,9 @@ void CAddressOv::GetFullAddressStruct(FullAddress_t& out) const {
 }
 
 void CAddressOv::GetFullAddressStruct(FullAddress_t& out, const FullAddress_t& defaults) const noexcept {
-    const FullAddress_t whole = defaults;  // `out` and `defaults` may be one record
-    out.net = m_netDeferred ? whole.net : static_cast<std::uint16_t>(m_net);
-    out.unit = m_unitDeferred ? whole.unit : static_cast<std::uint8_t>(m_unit);
-    out.port = m_portDeferred ? whole.port : static_cast<std::uint8_t>(m_port);
+    out.net = m_netDeferred ? defaults.net : static_cast<std::uint16_t>(m_net);
+    out.unit = m_unitDeferred ? defaults.unit : static_cast<std::uint8_t>(m_unit);
+    out.port = m_portDeferred ? defaults.port : static_cast<std::uint8_t>(m_port);
 }
 
 bool CAddressOv::operator==(const CAddressOv& other) const noexcept {

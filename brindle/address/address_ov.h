@@ -65,7 +65,8 @@ class BRINDLE_API CAddressOv : public CObject {
     // address: a null text changes nothing, any other leaves what was read of it and 0 in the other parts.
     int SetAddress(const char* text) noexcept;
 
-    // The address completed: each deferred part from `defaults`, the others cut to the record's widths.
+    // The address completed: each deferred part from `defaults` (which may be `out`), the others cut to the
+    // record's widths.
     void GetFullAddressStruct(FullAddress_t& out, const FullAddress_t& defaults) const noexcept;
 
     bool IsDeferred() const noexcept { return m_netDeferred || m_unitDeferred || m_portDeferred; }

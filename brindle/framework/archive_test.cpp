@@ -202,6 +202,23 @@ TEST(Archive, Failures) {
     }
 }
 
+TEST(Archive, ALengthIsBoundedByWhatIsLeft) {
+    struct Row {
+        const char* label;
+        std::string prefix;
+    };
+    for (const Row& row :
+         {Row{"one byte", "\x04"}, Row{"16 bits", "\xFF\x04\0"s}, Row{"32 bits", "\xFF\xFF\xFF\x04\0\0\0"s},
+          Row{"4 GiB", "\xFF\xFF\xFF\xFF\xFF\xFF\xFF"s}}) {
+        SCOPED_TRACE(row.label);
+        NarrowStream stream(row.prefix + "xxx", 0);
+        CArchive archive(stream, CArchive::load);
+        CStringA text;
+        EXPECT_THROW(archive >> text, CArchiveException);
+        EXPECT_EQ(stream.Left(), 3u) << "refused before anything was read or memory taken";
+    }
+}
+
 // Announces more than it has, so that only the end of the data can stop the reading.
 class LyingStream : public NarrowStream {
   public:

@@ -137,12 +137,8 @@ namespace {
 void DeclareTool(Command& tool) {
     bool& unused = *new bool(false);  // asked for before CLI11 sees the arguments; lives with the process
     tool.Flag("--version", unused, "print the version");
-#ifdef BRINDLE_TOOL_HAS_RUN
     DeclareRun(tool);
-#endif
-#ifdef BRINDLE_TOOL_HAS_CHECK
     DeclareCheck(tool);
-#endif
     DeclareAddress(tool);
     DeclareFormat(tool);
     DeclareVariables(tool);
@@ -152,32 +148,38 @@ void DeclareTool(Command& tool) {
         "output, "
         "everything else to the standard error. Exit codes: 0 answered, 1 a look-up or check failed or a "
         "difference was found, 2 wrong usage or unreadable input.");
-#ifdef BRINDLE_TOOL_HAS_RUN
     tool.Example("brindle run examples/sites/studio --fast", "plays an hour of a small station in a moment");
-#endif
     tool.Example("brindle format '%a %c 100%% %i' --address 0001:02:03 --caption X --status 2",
                  "fills the fields of a command line: 0001:02:03 X 100% 2");
     tool.Example("brindle address 12:?:4 --default 1:7:1", "completes an address: 0012:07:04");
 }
 
+// The texts that are more than the command takes: the first of them, or one that looks like a mistyped option.
+[[noreturn]] void ReportTooMany(const Command& command, const std::vector<std::string>& left) {
+    std::vector<std::string> names;
+    for (const CLI::Option* option : command.App().get_options())
+        if (!option->get_positional()) names.push_back("--" + option->get_lnames().front());
+    for (const std::string& guarded : left) {
+        const std::string argument = ShownArgument(guarded.substr(1));
+        if (!argument.starts_with("-")) continue;
+        const std::string meant = NearestWord(argument, names);
+        if (!meant.empty())
+            throw Failure(kWrongUsage, argument, "one argument too many; did you mean " + meant + "?");
+    }
+    throw Failure(kWrongUsage, ShownArgument(left.front().substr(1)),
+                  "one argument too many (" + command.Path() + " --help)");
+}
+
 // What CLI11 found missing or left over.
 [[noreturn]] void ReportUsage(const Command& command, const CLI::ParseError& error) {
     const std::vector<std::string> left = command.App().remaining();
+    if (!left.empty()) ReportTooMany(command, left);
     const std::string help = " (" + command.Path() + " --help)";
-    if (!left.empty()) {
-        std::vector<std::string> names;
-        for (const CLI::Option* option : command.App().get_options())
-            if (!option->get_positional()) names.push_back("--" + option->get_lnames().front());
-        const std::string argument = ShownArgument(left.front().substr(1));
-        const std::string meant = argument.starts_with("-") ? NearestWord(argument, names) : std::string();
-        throw Failure(kWrongUsage, argument,
-                      "one argument too many" + (meant.empty() ? help : "; did you mean " + meant + "?"));
+    for (const CLI::Option* option : command.App().get_options()) {
+        if (!option->get_required() || option->count() > 0) continue;
+        const std::string name = option->get_positional() ? option->get_name(true) : option->get_name();
+        throw Failure(kWrongUsage, command.App().get_name(), name + " is missing" + help);
     }
-    for (const CLI::Option* option : command.App().get_options())
-        if (option->get_required() && option->count() == 0)
-            throw Failure(kWrongUsage, command.App().get_name(),
-                          (option->get_positional() ? option->get_name(true) : option->get_name()) +
-                              " is missing" + help);
     throw Failure(kWrongUsage, command.App().get_name(), error.what() + help);
 }
 

@@ -70,23 +70,31 @@ void Append(const Columns& columns, std::vector<std::string>& lines) {
     for (std::string& line : columns.Lines()) lines.push_back(std::move(line));
 }
 
+// "address TEXT", "variables resolve"
+std::string SubcommandName(const Command& command) {
+    std::string name = command.App().get_name();
+    for (const CLI::Option* text : OptionsOf(command, true)) name += " " + TextName(*text);
+    for (const auto& sub : command.Subcommands()) name += " " + sub->App().get_name();
+    return name;
+}
+
 void AddSubcommands(const Command& command, std::vector<std::string>& lines) {
     std::vector<std::string> groups;
     for (const auto& sub : command.Subcommands()) {
         const std::string group = sub->App().get_group();
         if (std::find(groups.begin(), groups.end(), group) == groups.end()) groups.push_back(group);
     }
+    // One table for all groups, so that the groups' columns stand below each other.
+    Columns columns("  ");
+    for (const std::string& group : groups)
+        for (const auto& sub : command.Subcommands())
+            if (sub->App().get_group() == group) columns.Add({SubcommandName(*sub), sub->Help()});
+    std::vector<std::string> rows = columns.Lines();
+    auto row = rows.begin();
     for (const std::string& group : groups) {
         lines.insert(lines.end(), {"", Heading(group)});
-        Columns columns("  ");
-        for (const auto& sub : command.Subcommands()) {
-            if (sub->App().get_group() != group) continue;
-            std::string name = sub->App().get_name();
-            for (const CLI::Option* text : OptionsOf(*sub, true)) name += " " + TextName(*text);
-            if (!sub->Subcommands().empty()) name += " " + sub->Subcommands().front()->App().get_name();
-            columns.Add({name, sub->Help()});
-        }
-        Append(columns, lines);
+        for (const auto& sub : command.Subcommands())
+            if (sub->App().get_group() == group) lines.push_back(std::move(*row++));
     }
 }
 
@@ -95,8 +103,9 @@ void AddArguments(const Command& command, std::vector<std::string>& lines) {
     const auto texts = OptionsOf(command, true);
     for (const CLI::Option* text : texts) columns.Add({text->get_name(true), text->get_description()});
     if (!texts.empty()) columns.Add({});
-    for (const CLI::Option* option : OptionsOf(command, false))
-        columns.Add({OptionName(*option), option->get_description()});
+    auto options = OptionsOf(command, false);
+    std::rotate(options.begin(), options.begin() + 1, options.end());  // --help, declared first, comes last
+    for (const CLI::Option* option : options) columns.Add({OptionName(*option), option->get_description()});
     lines.insert(lines.end(), {"", Heading(texts.empty() ? "Options" : "Arguments and options")});
     Append(columns, lines);
 }

@@ -138,6 +138,7 @@ std::vector<std::string> Columns::Lines() const {
         std::string line = m_indent;
         for (std::size_t i = 0; i < cells.size(); ++i)
             line += i + 1 < cells.size() ? Padded(cells[i], widths[i] + 2) : cells[i];
+        line.erase(line.find_last_not_of(' ') + 1);
         lines.push_back(std::move(line));
     }
     return lines;

@@ -1,5 +1,5 @@
 // brindle check: reports every problem of sites, behaviour lists and variables without running them.
-// Tests: run_tool_test.cpp.
+// Tests: command_run_test.cpp.
 #include <brindle/library/console.h>
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// brindle run: plays events into a site and shows what its behaviours decide and do. Tests: run_tool_test.cpp.
+// brindle run: plays events into a site and shows what its behaviours decide and do. Tests: command_run_test.cpp.
 #include <fstream>
 #include <iostream>
 

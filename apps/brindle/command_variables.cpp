@@ -17,13 +17,18 @@ struct ResolveOptions {
     std::vector<std::string> files;
 };
 
+// The reason without the file name it may begin with: the message names the file already.
+std::string Reason(const Result& result, const std::string& file) {
+    return result.text.starts_with(file + ": ") ? result.text.substr(file.size() + 2) : result.text;
+}
+
 // Loads a file into an empty scope. The file is parsed here first, for a message with its place: the scope's own
 // message would go to the standard output, among the results.
 void LoadScope(const std::string& file, VariableManager& scope) {
     XMLReader reader;
     Result result;
     if (!reader.LoadPositioned(file.c_str(), result))
-        throw Failure(kWrongUsage, Place(file, result.line, result.column), result.text);
+        throw Failure(kWrongUsage, Place(file, result.line, result.column), Reason(result, file));
     if (!reader.EnterSection("Variables", true)) {
         std::uint32_t line = 0, column = 0;
         if (reader.EnterSection("/*", true)) reader.GetPosition(line, column);

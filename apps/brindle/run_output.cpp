@@ -1,4 +1,4 @@
-// The forms of a run's output. Tests: run_tool_test.cpp.
+// The forms of a run's output. Tests: command_run_test.cpp.
 #include "apps/brindle/run_output.h"
 
 #include <brindle/library/console.h>

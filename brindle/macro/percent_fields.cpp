@@ -57,7 +57,7 @@ void ExpandByChain(std::string& line, FieldTexts& fields, const LocalTime& now) 
 
 // Could this text take part in a later replacement?
 bool IsPlain(std::string_view text) {
-    return text.find_first_of("%\x03") == kNone;
+    return text.find('%') == kNone && text.find(kMarker.front()) == kNone;
 }
 
 // The same in one pass. False when only the chain gets it right; `expanded` then is of no use.

@@ -3,19 +3,41 @@
 #include "brindle/variables/variable_manager.h"
 
 VariableManager::VariableManager() = default;
-VariableManager::VariableManager(const VariableManager& other) = default;
-VariableManager& VariableManager::operator=(const VariableManager& other) = default;
 VariableManager::~VariableManager() = default;
 
+VariableManager::VariableManager(const VariableManager& other)
+    : m_variables(other.m_variables), m_parent(other.m_parent) {
+    rebuildIndex();
+}
+
+VariableManager& VariableManager::operator=(const VariableManager& other) {
+    if (this == &other) return *this;
+    m_variables = other.m_variables;
+    m_parent = other.m_parent;
+    rebuildIndex();
+    return *this;
+}
+
+void VariableManager::rebuildIndex() {
+    m_index.Clear();
+    for (const auto& [name, variable] : m_variables) m_index.Append(variable);
+}
+
 void VariableManager::addVariable(const Variable& v) {
-    if (!v.name().IsEmpty()) m_variables.insert_or_assign(v.name(), v);
+    if (v.name().IsEmpty()) return;
+    const auto [entry, isNew] = m_variables.insert_or_assign(v.name(), v);
+    if (isNew) m_index.Insert(entry->second);
 }
 
 void VariableManager::removeVariable(const CStringA& name) {
-    m_variables.erase(name);
+    const auto entry = m_variables.find(name);
+    if (entry == m_variables.end()) return;
+    m_index.Erase(name.view());
+    m_variables.erase(entry);
 }
 
 void VariableManager::clear() {
+    m_index.Clear();
     m_variables.clear();
 }
 
@@ -25,14 +47,14 @@ void VariableManager::copyFrom(VariableManager* other) {
         clear();
     } else {
         m_variables = other->m_variables;
+        rebuildIndex();
     }
 }
 
 bool VariableManager::getValue(const CStringA& name, CStringA& value) const {
-    const auto found = m_variables.find(name);
-    if (found == m_variables.end()) return false;
-    value = found->second.value();
-    return true;
+    const Variable* variable = m_index.Find(name.view());
+    if (variable) value = variable->value();
+    return variable != nullptr;
 }
 
 std::vector<Variable> VariableManager::getVariables() const {

@@ -16,6 +16,7 @@
 #include "brindle/framework/export.h"
 #include "brindle/framework/string_a.h"
 #include "brindle/variables/variable.h"
+#include "brindle/variables/variable_index.h"
 
 class CArchive;
 class XMLReader;
@@ -92,13 +93,16 @@ class BRINDLE_API VariableManager {
         bool operator()(std::string_view a, const CStringA& b) const noexcept { return a < b.view(); }
     };
     using Variables = std::map<CStringA, Variable, ByName>;
-
     bool read(XMLReader& reader);
     void write(XMLWriter& writer) const;
     bool readDocument(XMLReader& reader, bool loaded, const CStringA& error);
     bool resolveHere(CStringA& text) const;
+    const CStringA* valueOf(std::string_view name, std::size_t size) const noexcept;
     void closeReference(std::size_t open, std::size_t rest, std::string& expanded) const;
 
+    void rebuildIndex();
+
     Variables m_variables;
+    brindle::VariableIndex m_index;  // of m_variables
     VariableManager* m_parent = nullptr;
 };

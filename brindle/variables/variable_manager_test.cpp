@@ -106,6 +106,32 @@ TEST(VariableManager, LooksUpExactNamesInThisScopeOnly) {
     }
 }
 
+// Names are told apart by their first bytes where these differ, and in full where they do not.
+TEST(VariableManager, FindsNamesWithCommonBeginnings) {
+    std::vector<std::string> names = {
+        std::string("a\0", 2), std::string("a\0b", 3), "a", "b", "\xFF", "exactly8", "exactly8+"};
+    for (int i = 0; i < 200; ++i) names.push_back("common_beginning_" + std::to_string(i * 7919 % 200));
+    VariableManager scope;
+    for (const std::string& name : names) {
+        CStringA value;
+        EXPECT_FALSE(scope.getValue(name, value)) << name;
+        scope.addVariable(Variable(name, "=" + name));
+    }
+    const VariableManager copy = scope;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        CStringA value;
+        EXPECT_TRUE(scope.getValue(names[i], value)) << names[i];
+        EXPECT_EQ(value.str(), "=" + names[i]);
+        scope.removeVariable(names[i]);
+        EXPECT_FALSE(scope.getValue(names[i], value)) << names[i];
+        if (i + 1 < names.size()) {
+            EXPECT_TRUE(scope.getValue(names[i + 1], value)) << names[i + 1];
+        }
+        EXPECT_TRUE(copy.getValue(names[i], value)) << names[i];
+    }
+    EXPECT_TRUE(scope.getVariables().empty());
+}
+
 TEST(VariableManager, ClearKeepsTheParent) {
     VariableManager outer;
     VariableManager scope = Scope({{"a", "1"}});

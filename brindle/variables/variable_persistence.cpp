@@ -21,9 +21,10 @@ bool VariableManager::read(XMLReader& reader) {
         CStringA value;
         reader.ReadAttribute(kName, name);
         reader.ReadAttribute(kValue, value);
-        addVariable(Variable(name, value));
+        if (!name.IsEmpty()) m_variables.insert_or_assign(name, Variable(name, value));
         reader.CloseSection();
     }
+    rebuildIndex();  // once: entry by entry it would take quadratic time
     reader.CloseSection();
     return true;
 }

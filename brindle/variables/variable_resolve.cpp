@@ -38,8 +38,10 @@ class OffsetStack {
     std::vector<std::size_t> m_far;
 };
 
-constexpr bool IsBracket(char c) {
-    return c == '{' || c == '}';
+// The place of the first bracket at or behind `at`, or the text's size.
+std::size_t NextBracket(std::string_view text, std::size_t at) {
+    while (at < text.size() && text[at] != '{' && text[at] != '}') ++at;
+    return at;
 }
 
 // True when the text has a reference that expansion reaches: a "}" in front of the first "{" would end the text.
@@ -69,14 +71,21 @@ bool VariableManager::resolve(CStringA& text) const {
     return true;
 }
 
-// Closes the reference whose "{" stands at `open`: its value takes its place, or a "}" completes it. `rest` bytes
-// of the text are still to come.
+// The value of a reference, or null when it stays as it is. The text would have `size` bytes besides the value.
+const CStringA* VariableManager::valueOf(std::string_view name, std::size_t size) const noexcept {
+    const Variable* variable = m_index.Find(name);
+    const bool fits = variable && size + variable->value().view().size() <= kResolveLimit;
+    return fits ? &variable->value() : nullptr;
+}
+
+// Closes the reference whose "{" stands at `open` of the expansion: its value takes its place, or a "}" completes
+// it. `rest` bytes of the text are still to come.
 void VariableManager::closeReference(std::size_t open, std::size_t rest, std::string& expanded) const {
-    const auto found = m_variables.find(std::string_view(expanded).substr(open + 1));
-    if (found == m_variables.end() || open + rest + found->second.value().view().size() > kResolveLimit) {
-        expanded += '}';
+    if (const CStringA* value = valueOf(std::string_view(expanded).substr(open + 1), open + rest)) {
+        expanded.resize(open);
+        expanded.append(value->view());
     } else {
-        expanded.replace(open, std::string::npos, found->second.value().str());
+        expanded += '}';
     }
 }
 
@@ -86,19 +95,29 @@ bool VariableManager::resolveHere(CStringA& text) const {
     std::string expanded;
     expanded.reserve(in.size() + in.size() / 2);
     OffsetStack open;
-    for (std::size_t i = 0; i < in.size(); ++i) {
-        const std::size_t run = i;
-        while (i < in.size() && !IsBracket(in[i])) ++i;
-        expanded.append(in, run, i - run);
-        if (i == in.size()) break;
-        if (in[i] == '{') {
-            open.push(expanded.size());
-            expanded += '{';
-        } else if (open.empty()) {
-            break;  // a "}" outside any reference ends the text
-        } else {
-            closeReference(open.pop(), in.size() - i, expanded);
+    for (std::size_t at = 0;;) {
+        const std::size_t bracket = NextBracket(in, at);
+        expanded.append(in.data() + at, bracket - at);
+        at = bracket + 1;
+        if (bracket == in.size()) break;
+        if (in[bracket] == '}') {
+            if (open.empty()) break;  // a "}" outside any reference ends the text
+            closeReference(open.pop(), in.size() - bracket, expanded);
+            continue;
         }
+        // A reference with no other inside needs no place on the stack.
+        const std::size_t end = NextBracket(in, at);
+        const bool simple = end < in.size() && in[end] == '}';
+        const CStringA* value =
+            simple ? valueOf(in.substr(at, end - at), expanded.size() + in.size() - end) : nullptr;
+        if (value) {
+            expanded.append(value->view());
+        } else {
+            if (!simple) open.push(expanded.size());
+            expanded.append(in.data() + bracket, end - bracket);
+            if (simple) expanded += '}';
+        }
+        at = simple ? end + 1 : end;
     }
     while (!open.empty()) closeReference(open.pop(), 0, expanded);
     text = std::move(expanded);

@@ -92,8 +92,11 @@ bool FinishOutput() {
 }
 
 void Complain(std::string_view what, std::string_view why) {
+    // Services name the file in their reasons too; once is enough.
+    const std::string name = std::string(what) + ": ";
+    if (why.starts_with(name)) why.remove_prefix(name.size());
     std::string line = Paint(Stream::kError, Colour::kRed, "brindle:");
-    PrintError(line.append(" ").append(what).append(": ").append(why));
+    PrintError(line.append(" ").append(name).append(why));
 }
 
 void PrintError(std::string_view bytes) {

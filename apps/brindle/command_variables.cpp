@@ -17,18 +17,13 @@ struct ResolveOptions {
     std::vector<std::string> files;
 };
 
-// The reason without the file name it may begin with: the message names the file already.
-std::string Reason(const Result& result, const std::string& file) {
-    return result.text.starts_with(file + ": ") ? result.text.substr(file.size() + 2) : result.text;
-}
-
 // Loads a file into an empty scope. The file is parsed here first, for a message with its place: the scope's own
 // message would go to the standard output, among the results.
 void LoadScope(const std::string& file, VariableManager& scope) {
     XMLReader reader;
     Result result;
     if (!reader.LoadPositioned(file.c_str(), result))
-        throw Failure(kWrongUsage, Place(file, result.line, result.column), Reason(result, file));
+        throw Failure(kWrongUsage, Place(file, result.line, result.column), result.text);
     if (!reader.EnterSection("Variables", true)) {
         std::uint32_t line = 0, column = 0;
         if (reader.EnterSection("/*", true)) reader.GetPosition(line, column);
@@ -63,7 +58,9 @@ void DeclareVariables(Command& tool) {
         "References that no file answers stay as they are; a text without references is printed as it is. "
         "References are looked for in the first file, and what is left in the next. A \"}\" outside any "
         "reference ends the text, as it does wherever the library resolves.");
-    resolve.Example("brindle variables resolve '{Dir}/clip.avi' --file examples/sites/studio/variables.xml");
+    resolve.Example(
+        "brindle variables resolve '{LogDir}\\{OnAir}.log' --file examples/sites/studio/variables.xml",
+        "D:\\Logs\\camera 1.log");
     resolve.Example("brindle variables resolve '{Dir}' --file object.xml site.xml",
                     "asks object.xml first, then site.xml");
     resolve.Run([options] { return RunResolve(*options); });

@@ -1,4 +1,4 @@
-// Gathers what a report on this library should say. Tests: library_info_test.cpp.
+// Gathers what a report on this library should say. Tests: host_text_test.cpp.
 #include "brindle/library/library_info.h"
 
 #include "brindle/library/module.h"

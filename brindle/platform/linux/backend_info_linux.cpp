@@ -1,4 +1,4 @@
-// What the Linux backend is made of. Tests: backend_info_test.cpp.
+// What the Linux backend is made of. Tests: environment_test.cpp.
 #include <gnu/libc-version.h>
 #include <libxml/parser.h>
 #include <sys/utsname.h>

@@ -1,4 +1,4 @@
-// The fields of action texts. Tests: actions_test.cpp.
+// The fields of action texts. Tests: run_test.cpp.
 #include "host/action_text.h"
 
 #include <brindle/address/events.h>

@@ -1,4 +1,4 @@
-// The address condition of triggers and the address of a state to send. Tests: address_pattern_test.cpp.
+// The address condition of triggers and the address of a state to send. Tests: host_values_test.cpp.
 #include "host/address_pattern.h"
 
 #include "host/words.h"

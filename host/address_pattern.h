@@ -11,6 +11,9 @@ namespace brindle::host {
 
 class AddressPattern {
   public:
+    AddressPattern() = default;
+    explicit AddressPattern(const CAddressOv& address) : m_address(address) {}
+
     // Returns why the text is no address, or an empty text. On failure the pattern stays as it was.
     std::string Parse(std::string_view text);
     // Open parts as "?".

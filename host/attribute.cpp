@@ -1,4 +1,4 @@
-// The kinds of attributes. Tests: attribute_test.cpp.
+// The kinds of attributes. Tests: host_values_test.cpp.
 #include "host/attribute.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Checks of the XML files of a site, element by element. Tests: site_check_test.cpp.
+// Checks of the XML files of a site, element by element. Tests: site_test.cpp.
 #include "host/behaviour_check.h"
 
 #include <brindle/behaviour/action.h>

@@ -1,4 +1,4 @@
-// Verdicts from conditions. Tests: condition_tracker_test.cpp.
+// Verdicts from conditions. Tests: triggers_test.cpp.
 #include "host/condition_tracker.h"
 
 namespace brindle::host {

@@ -1,4 +1,4 @@
-// Loading and saving through attribute tables. Tests: configured_item_test.cpp.
+// Loading and saving through attribute tables. Tests: triggers_test.cpp.
 #include "host/configured_item.h"
 
 #include <algorithm>

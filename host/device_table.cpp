@@ -1,4 +1,4 @@
-// The simulated devices of a site. Tests: device_table_test.cpp.
+// The simulated devices of a site. Tests: site_test.cpp.
 #include "host/device_table.h"
 
 #include <brindle/address/events.h>

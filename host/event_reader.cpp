@@ -1,4 +1,4 @@
-// Recordings line by line with bounded memory. Tests: event_reader_test.cpp.
+// Recordings line by line with bounded memory. Tests: event_line_test.cpp.
 #include "host/event_reader.h"
 
 #include <condition_variable>

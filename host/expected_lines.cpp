@@ -1,6 +1,6 @@
 // The comparison behind --expect. The longest common subsequence of the part between the common beginning and
 // the common end, while that part is small enough for its table; beyond, the part is shown as one block.
-// Tests: expected_lines_test.cpp.
+// Tests: site_test.cpp.
 #include "host/expected_lines.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Site files and code page conversion. Tests: host_files_test.cpp.
+// Site files and code page conversion. Tests: host_values_test.cpp.
 #include "host/host_files.h"
 
 #include <brindle/library/host_path_access.h>

@@ -11,6 +11,7 @@
 #include "host/address_pattern.h"
 #include "host/condition_tracker.h"
 #include "host/configured_item.h"
+#include "host/host_context.h"
 #include "host/text_pattern.h"
 
 namespace brindle::host {
@@ -73,6 +74,8 @@ class DeviceTrigger : public HostTrigger<Derived, CCommandTrigger> {
             return this->Answer(CCommandTrigger::kNotConcerned, "another kind of event");
         if (!m_address.Matches(state->GetAddress()))
             return this->Answer(CCommandTrigger::kNotConcerned, "another address");
+        if (m_own && !IsOwn(state->GetAddress()))
+            return this->Answer(CCommandTrigger::kNotConcerned, "not the object's own address");
         const ConditionTracker::Answer answer = Judge(*state, MaskAgrees(*state));
         return this->Answer(answer.verdict, answer.why);
     }
@@ -94,6 +97,7 @@ class DeviceTrigger : public HostTrigger<Derived, CCommandTrigger> {
 
     void OwnAttributes(AttributeTable& table) final {
         table.push_back(ParsedAttribute("Address", "an address, open parts as \"?\"", m_address));
+        table.push_back(FlagAttribute("Own", m_own));
         table.push_back(ChoiceAttribute("Masked", m_masked, {"NO", "YES", "ANY"}));
         DeviceAttributes(table);
     }
@@ -101,7 +105,14 @@ class DeviceTrigger : public HostTrigger<Derived, CCommandTrigger> {
         return m_masked == kMaskedAny || event.IsMasked() == (m_masked == kMaskedYes);
     }
 
+    // Whether the address is that of the object whose list is asked.
+    static bool IsOwn(const CAddressOv& address) {
+        const HostContext* context = CurrentHostContext();
+        return context && AddressPattern(context->ObjectAddress()).Matches(address);
+    }
+
     AddressPattern m_address;
+    bool m_own = false;
     int m_masked = kMaskedNo;
     ConditionTracker m_tracker;
 };

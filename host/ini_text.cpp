@@ -1,5 +1,5 @@
 // The INI files of a site. Duplicates are found with a set at the end, so that a hostile file costs no more
-// than its length. Tests: ini_text_test.cpp.
+// than its length. Tests: host_values_test.cpp.
 #include "host/ini_text.h"
 
 #include <algorithm>

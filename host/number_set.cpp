@@ -1,4 +1,4 @@
-// The set of numbers of a state or zone condition. Tests: number_set_test.cpp.
+// The set of numbers of a state or zone condition. Tests: host_values_test.cpp.
 #include "host/number_set.h"
 
 #include <limits>

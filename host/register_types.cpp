@@ -1,4 +1,4 @@
-// The host's types in the engine's registries. Tests: register_types_test.cpp.
+// The host's types in the engine's registries. Tests: triggers_test.cpp.
 #include "host/register_types.h"
 
 #include <brindle/behaviour/action_list.h>

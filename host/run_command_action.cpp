@@ -1,4 +1,4 @@
-// The run-command action. Tests: actions_test.cpp.
+// The run-command action. Tests: run_test.cpp.
 #include "host/run_command_action.h"
 
 #include "host/action_text.h"

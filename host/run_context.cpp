@@ -1,4 +1,4 @@
-// The actions of a run. Tests: run_test.cpp, actions_test.cpp.
+// The actions of a run. Tests: run_test.cpp.
 #include "host/run_context.h"
 
 #include <brindle/address/state_event.h>

@@ -1,10 +1,11 @@
 // Lines for people. What follows from an event is indented below it: the trigger by one step, its actions by
-// two. Tests: run_text_test.cpp.
+// two. Tests: run_test.cpp.
 #include "host/run_text.h"
 
 #include <algorithm>
 
 #include "host/host_files.h"
+#include "host/words.h"
 
 namespace brindle::host {
 
@@ -28,6 +29,7 @@ std::string PaddedTo(std::string text, std::size_t width) {
 std::string Text(const RunRecord& record, const char* key) {
     const auto found = record.find(key);
     if (found == record.end()) return {};
+    if (found->is_number_float()) return RealText(found->get<double>());
     return found->is_string() ? found->get<std::string>() : found->dump();
 }
 
@@ -83,6 +85,7 @@ std::string RunText::What(const RunRecord& record) const {
 
 std::string RunText::Event(const RunRecord& record) const {
     std::string line = m_paint(TextStyle::kEvent, Text(record, "event"));
+    if (record.contains("device")) line += " " + Harmless(Text(record, "device"));
     if (record.contains("address")) line += " " + Text(record, "address");
     for (const char* key : {"state", "value", "zone"})
         if (record.contains(key))
@@ -101,7 +104,7 @@ std::string RunText::Verdict(const RunRecord& record) const {
     constexpr TextStyle kStyles[] = {TextStyle::kQuiet, TextStyle::kEnds, TextStyle::kFires};
     const int verdict = std::clamp(record.at("verdict").get<int>(), 0, 2);
     std::string text = Harmless(Text(record, "trigger")) + " " + kWords[verdict];
-    if (record.contains("disabled")) text += ", but is disabled";
+    if (record.contains("disabled")) text += " (disabled)";
     return "  " + m_paint(kStyles[verdict], "-> " + text) +
            m_paint(TextStyle::kQuiet, ": " + Text(record, "why"));
 }

@@ -1,4 +1,4 @@
-// The trigger on the clock. Tests: schedule_trigger_test.cpp.
+// The trigger on the clock. Tests: schedule_test.cpp.
 #include "host/schedule_trigger.h"
 
 #include <brindle/platform/clock.h>

@@ -1,4 +1,4 @@
-// The send-state action. Tests: actions_test.cpp.
+// The send-state action. Tests: run_test.cpp.
 #include "host/send_state_action.h"
 
 #include <brindle/address/events.h>

@@ -1,4 +1,4 @@
-// The set-variable action. Tests: actions_test.cpp.
+// The set-variable action. Tests: run_test.cpp.
 #include "host/set_variable_action.h"
 
 #include "host/action_text.h"

@@ -1,4 +1,4 @@
-// The check of whole paths. Tests: site_check_test.cpp.
+// The check of whole paths. Tests: site_test.cpp.
 #include "host/site_check.h"
 
 #include <brindle/variables/variable_manager.h>

@@ -1,4 +1,4 @@
-// site.ini: one section [Site], and one [Object NAME] for each object. Tests: site_plan_test.cpp.
+// site.ini: one section [Site], and one [Object NAME] for each object. Tests: site_test.cpp.
 #include "host/site_plan.h"
 
 #include <string_view>

@@ -73,6 +73,7 @@ void SiteRunner::Start() {
     m_state.sink.Write(record);
     for (const auto& object : m_state.site.objects) {
         object->list.Init();
+        m_state.current = object.get();
         object->list.Execute(new StartEvent, &object->scope);
         m_state.current = nullptr;
     }
@@ -144,7 +145,9 @@ void SiteRunner::AskUnlock(const EventLine& line) {
     RunRecord record = m_state.Begin("unlock");
     record["object"] = TextToUtf8(line.object);
     DescribeEvent(*event, record);
+    m_state.current = target;
     const bool allowed = target->list.CanUnLock(event);
+    m_state.current = nullptr;
     const RunObserver::Unlock by = m_observer.TakeUnlock();
     record["allowed"] = allowed;
     if (allowed) {
@@ -158,12 +161,17 @@ void SiteRunner::Deliver(const CStateEvent* event, SiteObject* target, bool sent
     RunRecord record = m_state.Begin("event");
     if (target) record["object"] = TextToUtf8(target->plan.name);
     if (sent) record["sent"] = true;
+    if (!target && !event->GetAddress().IsDeferred()) {
+        const std::string device = m_state.site.devices.Caption(event->GetAddress().GetDWord());
+        if (!device.empty()) record["device"] = TextToUtf8(device);
+    }
     DescribeEvent(*event, record);
     m_state.sink.Write(record);
     const DeviceTable::Change change = m_state.site.devices.Take(*event);
     for (const auto& object : m_state.site.objects) {
         if (target ? object.get() != target : !IsConcerned(*object, *event, change)) continue;
         event->AddRef();
+        m_state.current = object.get();
         object->list.Execute(event, &object->scope);
         m_state.current = nullptr;
     }

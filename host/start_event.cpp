@@ -1,4 +1,4 @@
-// The event that begins a run. Tests: schedule_trigger_test.cpp.
+// The event that begins a run. Tests: schedule_test.cpp.
 #include "host/start_event.h"
 
 namespace brindle::host {

@@ -1,5 +1,5 @@
 // Checks of action texts. "%" and "#" are looked at in what the references leave, as the formatter does.
-// Tests: text_check_test.cpp.
+// Tests: site_test.cpp.
 #include "host/text_check.h"
 
 #include <brindle/address/address_ov.h>

@@ -1,6 +1,6 @@
 // Text conditions with "*" and "?". On a mismatch only the last "*" is tried again one character further on,
 // so that the time is at most the product of the two lengths and nothing recurses. Tests:
-// text_pattern_test.cpp.
+// host_values_test.cpp.
 #include "host/text_pattern.h"
 
 namespace brindle::host {

@@ -1,4 +1,4 @@
-// The clock of fast runs. Tests: virtual_clock_test.cpp.
+// The clock of fast runs. Tests: host_values_test.cpp.
 #include "host/virtual_clock.h"
 
 #include <brindle/framework/file_time.h>

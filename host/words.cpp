@@ -1,4 +1,4 @@
-// Text helpers of the host. Tests: words_test.cpp.
+// Text helpers of the host. Tests: host_values_test.cpp.
 #include "host/words.h"
 
 #include <charconv>

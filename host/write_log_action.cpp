@@ -1,4 +1,4 @@
-// The write-log action. Tests: actions_test.cpp.
+// The write-log action. Tests: run_test.cpp.
 #include "host/write_log_action.h"
 
 #include "host/action_text.h"

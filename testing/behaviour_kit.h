@@ -76,6 +76,32 @@ inline Rule AddRule(CCommandBehaviourList& list, int verdict,
     return rule;
 }
 
+// A fired rule whose action repeats; its runs count from here.
+inline Rule AddRepeating(CCommandBehaviourList& list, int period,
+                         std::function<void(const CCommandEvent*)> fire = {}) {
+    const Rule rule = AddRule(list, CCommandTrigger::kFired, std::move(fire));
+    rule.action->repeats = true;
+    rule.action->period = period;
+    list.Execute(new ProbeEvent, nullptr);
+    rule.trigger->verdict = CCommandTrigger::kNotConcerned;
+    rule.action->runs = 0;
+    return rule;
+}
+
+// Queues a repeat of the rule's action without an event.
+inline void QueueRepeat(CCommandBehaviourList& list, const Rule& rule, int period = 0) {
+    rule.action->period = period;
+    list.AddRepeatAction(rule.trigger, nullptr, rule.action, nullptr);
+}
+
+// Replaces the list's contents by one rule of probes.
+inline void Reload(CCommandBehaviourList& list) {
+    XMLReader reader = ReaderOf(
+        "<BehaviourList><Behaviour><TriggerList><ProbeTrigger/></TriggerList><ActionList><ProbeAction/>"
+        "</ActionList></Behaviour></BehaviourList>");
+    list.Load(reader);
+}
+
 class BehaviourTest : public ::testing::Test {
   protected:
     BehaviourTest() { RegisterProbes(); }

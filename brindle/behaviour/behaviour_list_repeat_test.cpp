@@ -1,10 +1,8 @@
 // Repeats, schedules and the timer.
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <limits>
 #include <memory>
-#include <new>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -20,18 +18,6 @@ using namespace brindle::testing;
 class RepeatTest : public BehaviourTest {
   protected:
     static constexpr std::uint64_t kNever = std::numeric_limits<std::uint64_t>::max();
-
-    // A fired rule whose action repeats.
-    Rule Repeating(CCommandBehaviourList& list, int period,
-                   std::function<void(const CCommandEvent*)> fire = {}) {
-        const Rule rule = AddRule(list, 2, std::move(fire));
-        rule.action->repeats = true;
-        rule.action->period = period;
-        list.Execute(new ProbeEvent, nullptr);
-        rule.trigger->verdict = 0;
-        rule.action->runs = 0;
-        return rule;
-    }
 };
 
 TEST_F(RepeatTest, RunsAtEveryPeriodUntilTheTriggerSaysItIsOver) {
@@ -66,7 +52,7 @@ TEST_F(RepeatTest, RunsAtEveryPeriodUntilTheTriggerSaysItIsOver) {
 
 TEST_F(RepeatTest, ALatePassRunsAnEntryOnceAndCountsFromItself) {
     ProbeList list;
-    const Rule rule = Repeating(list, 100);
+    const Rule rule = AddRepeating(list, 100);
     Tick(1000);
     EXPECT_EQ(rule.action->runs, 1);
     EXPECT_EQ(CCommandBehaviourList::GetNextDue(), Now() + 100);
@@ -76,7 +62,7 @@ TEST_F(RepeatTest, PeriodsOfZeroAndLessRunAtEveryTick) {
     for (const int period : {0, -1, -1000, std::numeric_limits<int>::min()}) {
         SCOPED_TRACE(period);
         ProbeList list;
-        const Rule rule = Repeating(list, period);
+        const Rule rule = AddRepeating(list, period);
         for (int tick = 1; tick <= 3; ++tick) {
             Tick();
             EXPECT_EQ(rule.action->runs, tick) << "Kept: no lower bound";
@@ -126,7 +112,7 @@ TEST_F(RepeatTest, EntriesDueTogetherRunInTheOrderTheyWereAddedListByList) {
     ProbeList second;
     std::string order;
     const auto add = [&](ProbeList& list, const char* name, int period) {
-        Repeating(list, period, [&order, name](const CCommandEvent*) { order += name; });
+        AddRepeating(list, period, [&order, name](const CCommandEvent*) { order += name; });
     };
     add(second, "c", 50);
     add(first, "a", 100);
@@ -149,7 +135,7 @@ TEST_F(RepeatTest, SameTriggerMayBeQueuedAgainAndAgain) {
 
 TEST_F(RepeatTest, ADisabledListAndDisabledItemsGoOnRepeating) {
     ProbeList list;
-    const Rule rule = Repeating(list, 0);
+    const Rule rule = AddRepeating(list, 0);
     list.SetEnabled(false);
     rule.behaviour->SetEnabled(false);
     rule.trigger->SetEnabled(false);
@@ -161,7 +147,7 @@ TEST_F(RepeatTest, ADisabledListAndDisabledItemsGoOnRepeating) {
 
 TEST_F(RepeatTest, ARemovedBehaviourGoesOnRepeatingWhileItLives) {
     ProbeList list;
-    const Rule rule = Repeating(list, 0);
+    const Rule rule = AddRepeating(list, 0);
     list.Remove(rule.behaviour);
     Tick();
     EXPECT_EQ(rule.action->runs, 1);
@@ -235,8 +221,8 @@ TEST_F(RepeatTest, EveryWayToEndRepeatsReleasesTheEvents) {
 TEST_F(RepeatTest, OnTimerRunsItsOwnListAlone) {
     ProbeList list;
     ProbeList other;
-    const Rule mine = Repeating(list, 0);
-    const Rule theirs = Repeating(other, 0);
+    const Rule mine = AddRepeating(list, 0);
+    const Rule theirs = AddRepeating(other, 0);
     list.OnTimer();
     EXPECT_EQ(mine.action->runs, 1);
     EXPECT_EQ(theirs.action->runs, 0);
@@ -250,9 +236,9 @@ TEST_F(RepeatTest, GetNextDueIsTheEarliestOfAllLists) {
     ProbeList first;
     auto second = std::make_unique<ProbeList>();
     EXPECT_EQ(CCommandBehaviourList::GetNextDue(), kNever);
-    Repeating(first, 500);
+    AddRepeating(first, 500);
     EXPECT_EQ(CCommandBehaviourList::GetNextDue(), Now() + 500);
-    const Rule soon = Repeating(*second, 300);
+    const Rule soon = AddRepeating(*second, 300);
     EXPECT_EQ(CCommandBehaviourList::GetNextDue(), Now() + 300);
     Tick(300);
     EXPECT_EQ(CCommandBehaviourList::GetNextDue(), Now() + 200);
@@ -380,7 +366,7 @@ TEST_F(RepeatTest, AScheduledRunHasNoScope) {
 
 TEST_F(RepeatTest, AClockSetBackDelaysAndOneSetForwardRunsOnce) {
     ProbeList list;
-    const Rule rule = Repeating(list, 1'000);
+    const Rule rule = AddRepeating(list, 1'000);
     GoBack(3'600'000);
     Tick(1'000);
     EXPECT_EQ(rule.action->runs, 0);
@@ -394,7 +380,7 @@ TEST_F(RepeatTest, AClockSetBackDelaysAndOneSetForwardRunsOnce) {
 
 TEST_F(RepeatTest, APeriodBelowZeroIsDueInThePastEvenAfterTheClockWasSetBack) {
     ProbeList list;
-    const Rule rule = Repeating(list, -10'000);
+    const Rule rule = AddRepeating(list, -10'000);
     Tick();
     EXPECT_EQ(rule.action->runs, 1);
     GoBack(5'000);
@@ -418,9 +404,9 @@ TEST_F(RepeatTest, DueTimesNearTheEndsOfTheClockDoNotWrap) {
     clock.SetUnixSeconds(-11'644'473'600);  // 1601-01-01, the beginning
     ASSERT_EQ(Now(), 0u);
     ProbeList list;
-    const Rule past = Repeating(list, std::numeric_limits<int>::min());
-    const Rule zero = Repeating(list, 0);
-    const Rule future = Repeating(list, 1);
+    const Rule past = AddRepeating(list, std::numeric_limits<int>::min());
+    const Rule zero = AddRepeating(list, 0);
+    const Rule future = AddRepeating(list, 1);
     EXPECT_EQ(CCommandBehaviourList::GetNextDue(), 0u);
     Tick();
     EXPECT_EQ(past.action->runs, 1);
@@ -433,7 +419,7 @@ TEST_F(RepeatTest, DueTimesNearTheEndsOfTheClockDoNotWrap) {
     clock.SetUnixSeconds(1'844'674'407'370 - 11'644'473'600);  // the last whole second the ticks can hold
     const std::uint64_t top = Now();
     ASSERT_GT(top, 1'844'674'407'000'000u);
-    const Rule far = Repeating(list, std::numeric_limits<int>::max());
+    const Rule far = AddRepeating(list, std::numeric_limits<int>::max());
     Tick();
     EXPECT_EQ(future.action->runs, 2);
     EXPECT_EQ(far.action->runs, 0) << "beyond what the clock can say: never due, not wrapped";
@@ -446,10 +432,10 @@ TEST_F(RepeatTest, APlainTextThrownByOneEntryIsSwallowedAndTheOthersRun) {
     ProbeList other;
     VariableManager variables;
     static char writable[] = "text";
-    const Rule a = Repeating(list, 1'000, [](const CCommandEvent*) {});
-    const Rule b = Repeating(list, 1'000, [](const CCommandEvent*) {});
-    const Rule c = Repeating(list, 1'000);
-    const Rule d = Repeating(other, 1'000);
+    const Rule a = AddRepeating(list, 1'000, [](const CCommandEvent*) {});
+    const Rule b = AddRepeating(list, 1'000, [](const CCommandEvent*) {});
+    const Rule c = AddRepeating(list, 1'000);
+    const Rule d = AddRepeating(other, 1'000);
     a.action->onFire = [](const CCommandEvent*) { throw "text"; };
     b.action->onFire = [](const CCommandEvent*) { throw &writable[0]; };
     Tick(1'000);
@@ -500,9 +486,9 @@ TEST_F(RepeatTest, AnyOtherExceptionPassesThroughAndReleasesTheLock) {
         SCOPED_TRACE(row.label);
         ProbeList list;
         ProbeList later;
-        const Rule fails = Repeating(list, 1'000, [&](const CCommandEvent*) {});
-        const Rule behind = Repeating(list, 1'000);
-        const Rule elsewhere = Repeating(later, 1'000);
+        const Rule fails = AddRepeating(list, 1'000, [&](const CCommandEvent*) {});
+        const Rule behind = AddRepeating(list, 1'000);
+        const Rule elsewhere = AddRepeating(later, 1'000);
         fails.action->onFire = [&](const CCommandEvent*) { row.fail(); };
         Advance(1'000);
         EXPECT_ANY_THROW(CCommandBehaviourList::CallOnTimer());
@@ -526,8 +512,8 @@ TEST_F(RepeatTest, AnyOtherExceptionPassesThroughAndReleasesTheLock) {
 
 TEST_F(RepeatTest, AFailingOnTimerIsTheSame) {
     ProbeList list;
-    const Rule rule = Repeating(list, 1'000);
-    const Rule behind = Repeating(list, 1'000);
+    const Rule rule = AddRepeating(list, 1'000);
+    const Rule behind = AddRepeating(list, 1'000);
     rule.action->onFire = [](const CCommandEvent*) { throw std::runtime_error("host"); };
     Advance(1'000);
     EXPECT_THROW(list.OnTimer(), std::runtime_error);
@@ -539,198 +525,6 @@ TEST_F(RepeatTest, AFailingOnTimerIsTheSame) {
     EXPECT_THROW(list.AddRepeatTrigger(&trigger, event, rule.action), std::runtime_error);
     EXPECT_EQ(event->References(), 1);
     event->Release();
-}
-
-// --- destroyed objects
-
-TEST_F(RepeatTest, RepeatsOfAReloadedListNeverRunAndKeepTheirEvents) {
-    ProbeList list;
-    int runs = 0;
-    const Rule rule = AddRule(list, 2, [&](const CCommandEvent*) { ++runs; });
-    rule.action->repeats = true;
-    auto* event = new ProbeEvent;
-    event->AddRef();
-    list.Execute(event, nullptr);
-    EXPECT_EQ(runs, 1);
-    XMLReader reader = ReaderOf("<BehaviourList/>");
-    list.Load(reader);
-    Tick();
-    Tick(1'000);
-    EXPECT_EQ(runs, 1);
-    EXPECT_EQ(list.GetRepeatCount(), 1) << "inert, until somebody resets";
-    EXPECT_EQ(event->References(), 2);
-    list.ResetRepeats();
-    EXPECT_EQ(list.GetRepeatCount(), 0);
-    EXPECT_EQ(event->References(), 1);
-    event->Release();
-}
-
-TEST_F(RepeatTest, DestroyingTheTriggerOrTheActionAloneIsEnough) {
-    for (const bool removeTrigger : {true, false}) {
-        SCOPED_TRACE(removeTrigger);
-        ProbeList list;
-        int runs = 0;
-        const Rule rule = Repeating(list, 0, [&](const CCommandEvent*) { ++runs; });
-        const Rule other = Repeating(list, 0);
-        runs = 0;
-        Tick();
-        EXPECT_EQ(runs, 1);
-        if (removeTrigger)
-            rule.behaviour->RemoveTrigger(rule.trigger);
-        else
-            rule.behaviour->RemoveAction(rule.action);
-        Tick();
-        EXPECT_EQ(runs, 1);
-        EXPECT_EQ(other.action->runs, 2);
-        list.CancelRepeats(rule.trigger);  // an address whose trigger may be gone
-        EXPECT_EQ(list.GetRepeatCount(), 2) << "inert entries are not asked";
-    }
-}
-
-TEST_F(RepeatTest, ANewTriggerAtTheSameAddressInheritsNothing) {
-    alignas(ProbeTrigger) unsigned char place[sizeof(ProbeTrigger)];
-    ProbeList list;
-    ProbeAction action;
-    auto* event = new ProbeEvent;
-    auto* old = new (place) ProbeTrigger;
-    list.AddRepeatAction(old, event, &action, nullptr);
-    old->~ProbeTrigger();
-    auto* young = new (place) ProbeTrigger;
-    ASSERT_EQ(static_cast<void*>(young), static_cast<void*>(place));
-    Tick();
-    EXPECT_EQ(action.runs, 0);
-    list.CancelRepeats(young);
-    EXPECT_EQ(young->retests, 0);
-    EXPECT_EQ(list.GetRepeatCount(), 1);
-    // And its own repeats are its own.
-    list.AddRepeatAction(young, event, &action, nullptr);
-    Tick();
-    EXPECT_EQ(action.runs, 1);
-    list.CancelRepeats(young);
-    EXPECT_EQ(young->retests, 1);
-    EXPECT_EQ(list.GetRepeatCount(), 1);
-    young->~ProbeTrigger();
-    list.ResetRepeats();
-    EXPECT_EQ(event->References(), 1);
-    event->Release();
-}
-
-TEST_F(RepeatTest, ANewActionAtTheSameAddressInheritsNothing) {
-    alignas(ProbeAction) unsigned char place[sizeof(ProbeAction)];
-    ProbeList list;
-    ProbeTrigger trigger;
-    auto* event = new ProbeEvent;
-    auto* old = new (place) ProbeAction;
-    list.AddRepeatAction(&trigger, event, old, nullptr);
-    old->~ProbeAction();
-    auto* young = new (place) ProbeAction;
-    Tick();
-    EXPECT_EQ(young->runs, 0);
-    list.CancelRepeats(&trigger);
-    EXPECT_EQ(trigger.retests, 0);
-    list.AddRepeatAction(&trigger, event, young, nullptr);
-    Tick();
-    EXPECT_EQ(young->runs, 1);
-    young->~ProbeAction();
-    Tick();
-    EXPECT_EQ(list.GetRepeatCount(), 2);
-    list.ResetRepeats();
-    event->Release();
-}
-
-TEST_F(RepeatTest, ABehaviourDeletedByItsCallerTakesItsRepeatsAlong) {
-    ProbeList list;
-    int runs = 0;
-    const Rule rule = Repeating(list, 0, [&](const CCommandEvent*) { ++runs; });
-    runs = 0;
-    list.Remove(rule.behaviour);
-    delete rule.behaviour;
-    Tick();
-    EXPECT_EQ(runs, 0);
-}
-
-TEST_F(RepeatTest, RepeatsOfAnObjectInSeveralListsAllEnd) {
-    ProbeList first;
-    ProbeList second;
-    auto trigger = std::make_unique<ProbeTrigger>();
-    ProbeAction action;
-    auto* event = new ProbeEvent;
-    for (auto* list : {&first, &second, &first})
-        list->AddRepeatAction(trigger.get(), event, &action, nullptr);
-    Tick();
-    EXPECT_EQ(action.runs, 3);
-    trigger.reset();
-    Tick();
-    EXPECT_EQ(action.runs, 3);
-    EXPECT_EQ(event->References(), 4);
-    first.ResetRepeats();
-    EXPECT_EQ(event->References(), 2);
-    second.ResetRepeats();
-    event->Release();
-}
-
-// --- threads
-
-TEST_F(RepeatTest, AnotherThreadAddsAndResetsWhileTheTimerPasses) {
-    ProbeList list;
-    ProbeList other;
-    std::atomic<int> runs{0};
-    ProbeTrigger trigger;
-    ProbeAction action([&](const CCommandEvent*) { ++runs; });
-    std::atomic<bool> stop{false};
-    std::thread worker([&] {
-        ProbeTrigger own;
-        for (int i = 0; i < 2'000; ++i) {
-            auto* event = new ProbeEvent;  // events belong to one thread at a time: the lock hands them over
-            list.AddRepeatAction(&trigger, event, &action, nullptr);
-            other.AddRepeatAction(&own, nullptr, &action, nullptr);
-            if (i % 16 == 0) {
-                list.ResetRepeats();
-                other.ResetRepeats();
-                list.CancelRepeats(&own);
-            }
-            list.ResetRepeats();
-            event->Release();
-        }
-        other.ResetRepeats();
-        stop = true;
-    });
-    while (!stop) {
-        CCommandBehaviourList::CallOnTimer();
-        CCommandBehaviourList::GetNextDue();
-    }
-    worker.join();
-    EXPECT_EQ(list.GetRepeatCount(), 0);
-    EXPECT_EQ(other.GetRepeatCount(), 0);
-    // An entry that another thread added is not forgotten.
-    std::thread([&] { list.AddRepeatAction(&trigger, nullptr, &action, nullptr); }).join();
-    runs = 0;
-    Tick();
-    EXPECT_EQ(runs, 1);
-}
-
-TEST_F(RepeatTest, ObjectsDieOnAnotherThreadWhileTheTimerPasses) {
-    ProbeList list;
-    ProbeAction action;
-    ProbeTrigger keeper;
-    std::atomic<bool> stop{false};
-    std::thread worker([&] {
-        for (int i = 0; i < 2'000; ++i) {
-            ProbeTrigger mortal;  // not asked by the pass: only the index is shared
-            list.AddRepeatAction(&mortal, nullptr, &action, nullptr);
-        }
-        stop = true;
-    });
-    while (!stop) CCommandBehaviourList::CallOnTimer();
-    worker.join();
-    EXPECT_EQ(list.GetRepeatCount(), 2'000);
-    Tick();
-    const int before = action.runs;
-    Tick();
-    EXPECT_EQ(action.runs, before) << "all inert";
-    list.AddRepeatAction(&keeper, nullptr, &action, nullptr);
-    Tick();
-    EXPECT_EQ(action.runs, before + 1);
 }
 
 }  // namespace

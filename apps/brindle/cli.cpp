@@ -148,7 +148,8 @@ void DeclareTool(Command& tool) {
         "output, "
         "everything else to the standard error. Exit codes: 0 answered, 1 a look-up or check failed or a "
         "difference was found, 2 wrong usage or unreadable input.");
-    tool.Example("brindle run examples/sites/studio --fast", "plays an hour of a small station in a moment");
+    tool.Example("brindle run examples/sites/studio --fast",
+                 "plays a small station in a moment, on a clock that jumps");
     tool.Example("brindle format '%a %c 100%% %i' --address 0001:02:03 --caption X --status 2",
                  "fills the fields of a command line: 0001:02:03 X 100% 2");
     tool.Example("brindle address 12:?:4 --default 1:7:1", "completes an address: 0012:07:04");

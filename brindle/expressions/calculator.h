@@ -41,7 +41,7 @@ class BRINDLE_API CCalculator {
 
     class BRINDLE_API Operator : public Token {
       public:
-        enum Type {
+        enum Type : int {
             None = 0,
             And = 1,
             Or = 2,
@@ -76,7 +76,15 @@ class BRINDLE_API CCalculator {
     // A typed value.
     class BRINDLE_API Literal : public Token {
       public:
-        enum Type { Bool = 0, Double = 1, String = 2, Int = 3, DateTime = 4, Address = 5, TimeSpan = 6 };
+        enum Type : int {
+            Bool = 0,
+            Double = 1,
+            String = 2,
+            Int = 3,
+            DateTime = 4,
+            Address = 5,
+            TimeSpan = 6
+        };
 
         Literal() = default;  // the empty String: also the result of every operation without a meaning
         // A String that holds the text as it is; only FromString, SetValue and Create classify.

@@ -83,7 +83,7 @@ std::string* TextPool::Take() {
 }
 
 void TextPool::Release(std::string* text) noexcept {
-    if (text->capacity() > kKeptCapacity) *text = std::string();
+    if (text->capacity() > kKeptCapacity) std::string().swap(*text);
     text->clear();
     try {
         m_free.push_back(text);

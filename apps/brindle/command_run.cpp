@@ -62,8 +62,9 @@ class EventInput {
 };
 
 std::unique_ptr<RunOutput> MakeOutput(const PlayOptions& options, const host::Site& site) {
-    if (options.json) return std::make_unique<JsonOutput>();
-    return std::make_unique<TextOutput>(site);
+    const bool live = !options.fast;
+    if (options.json) return std::make_unique<JsonOutput>(live);
+    return std::make_unique<TextOutput>(live, site);
 }
 
 void Play(const PlayOptions& options, host::Site& site, host::EventSource& source, RunOutput& output) {

@@ -52,7 +52,7 @@ TEST(ToolRun, AChangedBehaviourIsADifference) {
     EXPECT_EQ(result.code, 1);
     EXPECT_THAT(result.out, HasSubstr("\"period\":3000"));
     EXPECT_THAT(result.out, HasSubstr("\"period\":4000"));
-    EXPECT_THAT(result.out, HasSubstr("  <- period"));
+    EXPECT_THAT(result.out, HasSubstr("  <- due, period"));
     EXPECT_THAT(result.err, HasSubstr("the run differs"));
 }
 
@@ -127,7 +127,7 @@ TEST(ToolRun, AMillionEventsNeedNoMoreMemoryThanAFew) {
                            : "{\"kind\":\"state\",\"object\":\"a\",\"state\":1,\"text\":\"all is well\"}\n";
         const ToolResult result = RunTool({{"run", site.Folder(), "--events", "-", "--fast"},
                                            input,
-                                           {{"ASAN_OPTIONS", "quarantine_size_mb=1:detect_leaks=0"}},
+                                           {{"ASAN_OPTIONS", "quarantine_size_mb=1"}},
                                            OutputTo::kPipe});
         EXPECT_EQ(result.code, 0) << result.err;
         EXPECT_THAT(result.out, HasSubstr(std::to_string(events) + " events"));
@@ -172,7 +172,7 @@ TEST(ToolCheck, ExitCodes) {
     const WrittenSite site;
     WritePolls(site, "<PolTrigger/>");
     const std::string folder = site.Folder();
-    const std::string problem = folder + "/behaviours/a.xml:1:41: trigger type \"PolTrigger\" is unknown\n";
+    const std::string problem = folder + "/behaviours/a.xml:1:40: trigger type \"PolTrigger\" is unknown\n";
     const std::vector<ToolRow> rows = {
         {"a problem in a site", {"check", folder}, problem, "", 1, {}},
         {"a problem in a file", {"check", folder + "/behaviours/a.xml"}, problem, "", 1, {}},

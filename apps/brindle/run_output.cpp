@@ -46,19 +46,22 @@ bool RunOutput::IsClosed() const {
     return OutputFailed();
 }
 
-void JsonOutput::Write(const host::RunRecord& record) {
-    PrintUtf8(host::RecordLine(record));
-    FlushOutput();
+void RunOutput::PrintLine(const std::string& utf8) const {
+    PrintUtf8(utf8);
+    if (m_live) FlushOutput();
 }
 
-TextOutput::TextOutput(const host::Site& site) : m_text(site, PaintRun) {}
+void JsonOutput::Write(const host::RunRecord& record) {
+    PrintLine(host::RecordLine(record));
+}
+
+TextOutput::TextOutput(bool live, const host::Site& site) : RunOutput(live), m_text(site, PaintRun) {}
 
 void TextOutput::Write(const host::RunRecord& record) {
-    PrintUtf8(m_text.Line(record));
-    FlushOutput();
+    PrintLine(m_text.Line(record));
 }
 
-ExpectOutput::ExpectOutput(const std::string& file) : m_file(file) {
+ExpectOutput::ExpectOutput(const std::string& file) : RunOutput(false), m_file(file) {
     std::string bytes;
     const Result result = ReadHostFile(file, kLargestExpected, bytes);
     if (!result.ok()) throw Failure(kWrongUsage, file, result.text);
@@ -74,7 +77,13 @@ bool ExpectOutput::Compare() const {
     Print("+++ the run");
     std::size_t missing = 0;
     std::size_t added = 0;
+    std::size_t last = 0;
     for (const host::LineChange& change : changes) {
+        // Equal lines were left out here.
+        if (change.what != host::LineChange::kAdded) {
+            if (change.line > last + 1) PrintUtf8(Paint(Stream::kOutput, Colour::kDim, "  ..."));
+            last = change.line;
+        }
         PrintChange(change);
         missing += change.what == host::LineChange::kMissing;
         added += change.what == host::LineChange::kAdded;

@@ -10,22 +10,30 @@
 
 namespace brindle::tool {
 
-// Common to all forms.
+// Common to all forms. A live run shows every line at once; one on the virtual clock is faster without.
 class RunOutput : public host::RunSink {
   public:
+    explicit RunOutput(bool live) : m_live(live) {}
     virtual ~RunOutput() = default;
     void Warn(const host::Problem& problem) override;
     bool IsClosed() const override;
+
+  protected:
+    void PrintLine(const std::string& utf8) const;
+
+  private:
+    bool m_live;
 };
 
 class JsonOutput final : public RunOutput {
   public:
+    using RunOutput::RunOutput;
     void Write(const host::RunRecord& record) override;
 };
 
 class TextOutput final : public RunOutput {
   public:
-    explicit TextOutput(const host::Site& site);
+    TextOutput(bool live, const host::Site& site);
     void Write(const host::RunRecord& record) override;
 
   private:

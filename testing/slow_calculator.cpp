@@ -201,7 +201,7 @@ SlowValue CallSlowly(const std::string& call) {
 SlowValue::Type Promote(SlowValue::Type left, SlowValue::Type right) {
     static const char* const rows[] = {"BDSISII", "DDSDSDD", "SSSSSSS", "IDSISII",
                                        "SSSSTST", "SDSISAD", "SDSSSSD"};
-    static const std::map<char, SlowValue::Type> types = {
+    static const auto& types = *new std::map<char, SlowValue::Type>{
         {'B', SlowValue::kBool}, {'D', SlowValue::kDouble},   {'S', SlowValue::kString},
         {'I', SlowValue::kInt},  {'T', SlowValue::kDateTime}, {'A', SlowValue::kAddress}};
     return types.at(rows[left][right]);

@@ -389,15 +389,22 @@ TEST_F(RepeatTest, APeriodBelowZeroIsDueInThePastEvenAfterTheClockWasSetBack) {
     GoBack(60'000);
     Tick();
     EXPECT_EQ(rule.action->runs, 2);
-    // The same behind a pass over the one list.
-    Tick(60'000);
-    EXPECT_EQ(rule.action->runs, 3);
-    Advance(100'000);
-    list.OnTimer();
-    EXPECT_EQ(rule.action->runs, 4);
-    GoBack(8'000);
+}
+
+TEST_F(RepeatTest, AScheduleThatTurnsBackIsNotForgottenByTheNextTimerCall) {
+    ProbeList list;
+    ProbeTimeTrigger trigger;
+    trigger.seconds = 100;
+    ProbeAction action;
+    list.AddRepeatTrigger(&trigger, nullptr, &action);
     Tick();
-    EXPECT_EQ(rule.action->runs, 5);
+    trigger.seconds = -10;
+    Advance(100'000);
+    list.OnTimer();  // due ten seconds ago, from now on
+    EXPECT_EQ(action.runs, 1);
+    GoBack(5'000);
+    Tick();
+    EXPECT_EQ(action.runs, 2);
 }
 
 TEST_F(RepeatTest, DueTimesNearTheEndsOfTheClockDoNotWrap) {

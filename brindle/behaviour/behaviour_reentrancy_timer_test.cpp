@@ -314,6 +314,42 @@ TEST_F(ReentrancyTest, RepeatsAddedDuringAPassWaitForTheNextOne) {
     EXPECT_EQ(x.action->runs, 1);
 }
 
+TEST_F(ReentrancyTest, ARepeatAddedDuringAPassIsNotForgottenByTheNext) {
+    ProbeList list;
+    const Rule a = AddRule(list, 0);
+    const Rule b = AddRule(list, 0);
+    QueueRepeat(list, a, 1'000);
+    a.action->onFire = [&](const CCommandEvent*) {
+        if (a.action->runs == 1) QueueRepeat(list, b, 10);
+    };
+    Tick(1'000);
+    EXPECT_EQ(CCommandBehaviourList::GetNextDue(), Now() + 10);
+    Tick(9);
+    EXPECT_EQ(b.action->runs, 0);
+    Tick(1);
+    EXPECT_EQ(b.action->runs, 1);
+}
+
+TEST_F(ReentrancyTest, WhatANestedPassSetBackIsNotForgottenByTheNext) {
+    ProbeList list;
+    ProbeTimeTrigger schedule;
+    ProbeAction scheduled;
+    schedule.seconds = 1;
+    list.AddRepeatTrigger(&schedule, nullptr, &scheduled);
+    const Rule nests = AddRule(list, 0);
+    QueueRepeat(list, nests, 1'000);
+    nests.action->onFire = [&](const CCommandEvent*) {
+        if (nests.action->runs == 1) Tick(100'000);
+    };
+    schedule.onNextTime = [&] { return nests.action->runs == 0 ? 100 : -50; };
+    Tick(1'000);
+    EXPECT_EQ(scheduled.runs, 2);
+    list.CancelRepeats(nests.trigger);
+    GoBack(30'000);
+    Tick();
+    EXPECT_EQ(scheduled.runs, 3) << "due fifty seconds before the nested pass";
+}
+
 TEST_F(ReentrancyTest, EveryEntryDueRunsOnceAlthoughThePassIsNested) {
     for (const int period : {0, 1'000, -1'000}) {
         SCOPED_TRACE(period);

@@ -370,4 +370,21 @@ TEST_F(BehaviourOnlyTest, StopsAskingAtTheFirstTriggerThatUnlocks) {
     EXPECT_EQ(c->tests, 0);
 }
 
+TEST_F(BehaviourOnlyTest, ATriggerThatRemovesItselfInItsTestHasNoVerdict) {
+    CCommandBehaviour behaviour;
+    auto* action = new ProbeAction;
+    behaviour.AddAction(action);
+    auto* first = new ProbeTrigger;
+    first->onTest = [&](const CCommandEvent*) {
+        behaviour.RemoveTrigger(first);
+        return 2;
+    };
+    auto* second = new ProbeTrigger(2);
+    behaviour.AddTrigger(first);
+    behaviour.AddTrigger(second);
+    behaviour.OnEvent(nullptr, nullptr, nullptr);
+    EXPECT_EQ(second->tests, 1);
+    EXPECT_EQ(action->runs, 1);
+}
+
 }  // namespace

@@ -22,6 +22,15 @@ function(brindle_allow_global_constructors target)
   endif()
 endfunction()
 
+# Each test gets a folder of its own for temporary files: tests run side by side.
+function(brindle_register_test name program)
+  set(folder ${PROJECT_BINARY_DIR}/tmp/${name}/)
+  file(MAKE_DIRECTORY ${folder})
+  add_test(NAME ${name} COMMAND ${program})
+  set_tests_properties(${name} PROPERTIES
+                       ENVIRONMENT "TEST_TMPDIR=${folder};TMPDIR=${folder};BRINDLE_TEST_LOCALE=${ARGN}")
+endfunction()
+
 # brindle_test(NAME SOURCES FILE... [LIBRARIES TARGET...]): one test program, linked against the objects.
 # In plain builds it is registered twice: as it is, and under a locale with decimal commas (label "locale").
 function(brindle_test name)
@@ -33,11 +42,10 @@ function(brindle_test name)
   target_link_libraries(${name} PRIVATE brindle_testing ${arg_LIBRARIES})
   target_compile_definitions(${name} PRIVATE BRINDLE_TEST_FOLDER="${CMAKE_CURRENT_SOURCE_DIR}")
   brindle_allow_global_constructors(${name})
-  add_test(NAME ${name} COMMAND ${name})
+  brindle_register_test(${name} ${name})
   if(BRINDLE_PLAIN_CODE)
-    add_test(NAME ${name}_german COMMAND ${name})
-    set_tests_properties(${name}_german PROPERTIES LABELS locale
-                         ENVIRONMENT BRINDLE_TEST_LOCALE=de_DE.UTF-8)
+    brindle_register_test(${name}_german ${name} de_DE.UTF-8)
+    set_tests_properties(${name}_german PROPERTIES LABELS locale)
   endif()
 endfunction()
 

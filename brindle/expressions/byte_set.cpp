@@ -1,4 +1,4 @@
-// Sets of bytes and how the engine is told of them. Tests: wildcard_translate_test.cpp.
+// Sets of bytes and how the engine is told of them. Tests: wildcard_test.cpp.
 #include "brindle/expressions/byte_set.h"
 
 #include <array>

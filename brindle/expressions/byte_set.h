@@ -1,4 +1,4 @@
-// ByteSet: a set of bytes, as a character class of a pattern describes one. Tests: wildcard_translate_test.cpp.
+// ByteSet: a set of bytes, as a character class of a pattern describes one. Tests: wildcard_test.cpp.
 #pragma once
 
 #include <bitset>

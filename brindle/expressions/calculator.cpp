@@ -38,7 +38,8 @@ bool AddToken(const CCalculator::Token& token, RuleProgram& program) {
             program.AddFunction(program.Keep(token.AsString()), 0);
             return true;
         default:
-            program.AddOperand(RuleValue::Of(static_cast<const CCalculator::Literal&>(token)), 0);
+            program.AddOperand(
+                0, [&token] { return RuleValue::Of(static_cast<const CCalculator::Literal&>(token)); });
             return true;
     }
 }

@@ -1,5 +1,5 @@
 // Literals: the public form of a value. Everything beyond keeping the fields is RuleValue's. Tests:
-// calculator_literal_test.cpp.
+// calculator_token_test.cpp.
 #include "brindle/expressions/rule_classify.h"
 #include "brindle/expressions/rule_value.h"
 
@@ -15,10 +15,9 @@ CCalculator::Literal::Literal(bool value) noexcept : m_bool(value), m_type(Bool)
 CCalculator::Literal::~Literal() = default;
 
 std::unique_ptr<CCalculator::Literal> CCalculator::Literal::Create(const std::string& text) {
-    RuleValue value;
-    if (!brindle::ClassifyOperand(text, value)) return nullptr;
+    if (brindle::Trim(text).empty()) return nullptr;
     auto literal = std::make_unique<Literal>();
-    value.StoreTo(*literal);
+    brindle::ClassifyOperand(text).StoreTo(*literal);
     return literal;
 }
 

@@ -62,6 +62,7 @@ bool PreparedRule::Solve(const CSolverData& data, CCalculator::Literal& result,
     run.upper = m_impl->upper;
     run.names = &m_impl->names;
     run.observer = observer;
+    run.isComplete = m_impl->structure.ok();
     return RunProgram(m_impl->program, run, result);
 }
 

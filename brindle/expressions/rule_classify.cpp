@@ -21,6 +21,9 @@ class DateScanner {
     explicit DateScanner(std::string_view text) noexcept : m_rest(text) {}
 
     bool Number(int& value) noexcept {
+        SkipSpace();
+        const char first = m_rest.empty() ? '\0' : m_rest.front();
+        if (!IsDigit(first) && first != '-' && first != '+') return false;  // most texts are no dates
         std::int32_t number = 0;
         if (!ScanInt(m_rest, number)) return false;
         value = number;
@@ -33,7 +36,7 @@ class DateScanner {
     }
     // White space, then one to three other characters.
     bool ShortWord(std::string_view& word) noexcept {
-        while (!m_rest.empty() && IsSpace(m_rest.front())) m_rest.remove_prefix(1);
+        SkipSpace();
         std::size_t length = 0;
         while (length < 3 && length < m_rest.size() && IsWordCharacter(m_rest[length])) ++length;
         word = m_rest.substr(0, length);
@@ -42,6 +45,9 @@ class DateScanner {
     }
 
   private:
+    void SkipSpace() noexcept {
+        while (!m_rest.empty() && IsSpace(m_rest.front())) m_rest.remove_prefix(1);
+    }
     // A zero byte ends the text for a scan.
     static bool IsWordCharacter(char c) noexcept { return c != '\0' && !IsSpace(c); }
 
@@ -83,8 +89,37 @@ bool ScanNamedDate(std::string_view text, DateParts& parts) noexcept {
     const bool complete = scan.ShortWord(weekday) && scan.ShortWord(month) && scan.Number(parts.day) &&
                           scan.Number(parts.hour) && scan.Character(':') && scan.Number(parts.minute) &&
                           scan.Character(':') && scan.Number(parts.second) && scan.Number(parts.year);
-    parts.month = MonthNumber(month);
+    if (complete) parts.month = MonthNumber(month);
     return complete;
+}
+
+// Kept: positions are not looked at, so "5-", "-" and "." are numeric.
+bool ScanNumeric(std::string_view text, int& points) noexcept {
+    int signs = 0;
+    for (const char c : text) {
+        if (IsDigit(c)) continue;
+        if (c == '.') {
+            ++points;
+        } else if (c == '-') {
+            ++signs;
+        } else {
+            return false;
+        }
+        if (points > 1 || signs > 1) return false;
+    }
+    return true;
+}
+
+// One to nine digits, which is what most values are and never too large; the result is what ReadInt gives.
+bool ReadShortInt(std::string_view text, std::int32_t& value) noexcept {
+    if (text.size() > 9) return false;
+    std::int32_t read = 0;
+    for (const char c : text) {
+        if (!IsDigit(c)) return false;
+        read = read * 10 + (c - '0');
+    }
+    value = read;
+    return true;
 }
 
 bool TakeDelimiters(std::string_view& text, char delimiter) noexcept {
@@ -99,21 +134,9 @@ bool IsDigits(std::string_view text) noexcept {
     return std::all_of(text.begin(), text.end(), IsDigit);
 }
 
-// Kept: positions are not looked at, so "5-", "-" and "." are numeric.
 bool IsNumeric(std::string_view text) noexcept {
     int points = 0;
-    int signs = 0;
-    for (const char c : text) {
-        if (c == '.') {
-            ++points;
-        } else if (c == '-') {
-            ++signs;
-        } else if (!IsDigit(c)) {
-            return false;
-        }
-        if (points > 1 || signs > 1) return false;
-    }
-    return true;
+    return ScanNumeric(text, points);
 }
 
 bool IsOVAddress(std::string_view text) noexcept {
@@ -138,10 +161,10 @@ std::string_view Trim(std::string_view text) noexcept {
 
 RuleValue Classify(std::string_view text) {
     if (text.empty()) return EmptyValue();
-    if (IsNumeric(text)) {
-        const bool isDouble = text.find('.') != std::string_view::npos;
-        return isDouble ? RuleValue::OfDouble(ReadDouble(text)) : RuleValue::OfInt(ReadInt(text));
-    }
+    if (std::int32_t value = 0; ReadShortInt(text, value)) return RuleValue::OfInt(value);
+    int points = 0;
+    if (ScanNumeric(text, points))
+        return points > 0 ? RuleValue::OfDouble(ReadDouble(text)) : RuleValue::OfInt(ReadInt(text));
     // Kept: only these four spellings are truth values; "True" is a text.
     if (text == "true" || text == "TRUE") return RuleValue::OfBool(true);
     if (text == "false" || text == "FALSE") return RuleValue::OfBool(false);
@@ -151,14 +174,13 @@ RuleValue Classify(std::string_view text) {
     return RuleValue::OfText(text);
 }
 
-bool ClassifyOperand(std::string_view operand, RuleValue& value) {
+RuleValue ClassifyOperand(std::string_view operand) {
     operand = Trim(operand);
-    if (operand.empty()) return false;
     const bool quoted = TakeDelimiters(operand, '"');
     TakeDelimiters(operand, '#');
-    value = Classify(operand);
+    RuleValue value = Classify(operand);
     value.replaceable = !quoted && value.type == Literal::String;
-    return true;
+    return value;
 }
 
 }  // namespace brindle

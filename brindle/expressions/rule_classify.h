@@ -18,7 +18,7 @@ std::string_view Trim(std::string_view text) noexcept;
 
 // The value a text stands for; a String or Address views the text.
 RuleValue Classify(std::string_view text);
-// The value an operand of a rule stands for, its delimiters taken off; false for nothing but blanks.
-bool ClassifyOperand(std::string_view operand, RuleValue& value);
+// The value an operand of a rule stands for, its delimiters taken off. The operand must not be blank.
+RuleValue ClassifyOperand(std::string_view operand);
 
 }  // namespace brindle

@@ -4,6 +4,7 @@
 #include "brindle/expressions/rule_convert.h"
 
 #include <array>
+#include <utility>
 
 #include "brindle/expressions/rule_classify.h"
 
@@ -34,6 +35,19 @@ constexpr std::array<std::uint8_t, 256> MakeOperatorTable() noexcept {
     return table;
 }
 constexpr std::array<std::uint8_t, 256> kOperatorTable = MakeOperatorTable();
+
+// Characters that mean nothing inside an operand: no operator, parenthesis or quote, and not skipped.
+constexpr std::array<bool, 256> MakePlainTable() noexcept {
+    std::array<bool, 256> table{};
+    for (unsigned byte = 32; byte < 128; ++byte)
+        table[byte] = kOperatorTable[byte] == 0 && byte != '(' && byte != ')' && byte != '"';
+    return table;
+}
+constexpr std::array<bool, 256> kPlain = MakePlainTable();
+
+constexpr bool IsPlain(char c) noexcept {
+    return kPlain[static_cast<unsigned char>(c)];
+}
 
 constexpr OperatorType WithEqualSign(OperatorType op) noexcept {
     switch (op) {
@@ -130,6 +144,7 @@ class Conversion {
     void ReadOperator(OperatorType op);
     bool CloseParenthesis();
     void ReadOperand();
+    bool ReadSimpleOperand();
     bool ReadsOn(OperandText& operand, bool& isFunction);
     void EmitOperand(std::string_view text, std::size_t position, bool isFunction);
     void EmitTop();
@@ -209,7 +224,33 @@ bool Conversion::CloseParenthesis() {
     return true;
 }
 
+// Reads an operand that is one piece of the rule and no function call, as nearly all are. False, and nothing read, for
+// any other.
+bool Conversion::ReadSimpleOperand() {
+    const std::size_t size = m_text.size();
+    std::size_t at = m_at;
+    while (at < size && m_text[at] == ' ') ++at;
+    const std::string_view rest = m_text.substr(at);
+    if (rest.starts_with("DATE") || rest.starts_with("TIMESPAN")) return false;
+    bool insideQuotes = m_insideQuotes;
+    for (; at < size; ++at) {
+        const char c = m_text[at];
+        if (IsPlain(c)) continue;
+        if (IsSkipped(c)) return false;
+        if (c == '"') {
+            if (at == 0 || m_text[at - 1] != '\\') insideQuotes = !insideQuotes;
+        } else if (!insideQuotes) {
+            break;
+        }
+    }
+    m_insideQuotes = insideQuotes;
+    const std::size_t position = std::exchange(m_at, at);
+    EmitOperand(m_text.substr(position, at - position), position, false);
+    return true;
+}
+
 void Conversion::ReadOperand() {
+    if (ReadSimpleOperand()) return;
     const std::size_t position = m_at;
     OperandText operand(m_text, position);
     bool isFunction = false;
@@ -241,12 +282,11 @@ bool Conversion::ReadsOn(OperandText& operand, bool& isFunction) {
 
 void Conversion::EmitOperand(std::string_view text, std::size_t position, bool isFunction) {
     const std::size_t blanks = text.find_first_not_of(' ');
-    RuleValue value;
+    if (blanks == std::string_view::npos) return;
     if (isFunction) {
         m_program.AddFunction(text.substr(blanks), position + blanks);
     } else {
-        if (!ClassifyOperand(text, value)) return;
-        m_program.AddOperand(value, position + blanks);
+        m_program.AddOperand(position + blanks, [text] { return ClassifyOperand(text); });
     }
     ++m_emitted;
 }

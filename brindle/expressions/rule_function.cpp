@@ -1,4 +1,4 @@
-// Function calls. Entry point: CallFunction. Tests: rule_function_test.cpp.
+// Function calls. Entry point: CallFunction. Tests: rule_compute_test.cpp.
 #include <array>
 
 #include "brindle/expressions/rule_compute.h"

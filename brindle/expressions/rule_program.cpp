@@ -52,32 +52,12 @@ std::string_view OperatorText(OperatorType op) noexcept {
     return Row(op).text;
 }
 
-RuleStep& RuleProgram::Append(RuleStep::Kind kind, std::size_t position) {
-    if (m_size == m_capacity) {
-        std::unique_ptr<RuleStep[]> grown(new RuleStep[m_capacity * 2]);
-        std::copy(begin(), end(), grown.get());
-        m_grown = std::move(grown);
-        m_steps = m_grown.get();
-        m_capacity *= 2;
-    }
-    RuleStep& step = m_steps[m_size++];
-    step.kind = kind;
-    step.op = CCalculator::Operator::None;
-    step.position = static_cast<std::uint32_t>(position);
-    return step;
-}
-
-void RuleProgram::AddOperator(OperatorType op, std::size_t position) {
-    Append(RuleStep::kOperator, position).op = op;
-}
-
-void RuleProgram::AddOperand(const RuleValue& value, std::size_t position) {
-    const bool isName = value.replaceable && value.type == CCalculator::Literal::String;
-    Append(isName ? RuleStep::kName : RuleStep::kConstant, position).value = value;
-}
-
-void RuleProgram::AddFunction(std::string_view call, std::size_t position) {
-    Append(RuleStep::kFunction, position).value = RuleValue::OfText(call);
+void RuleProgram::Grow() {
+    std::unique_ptr<RuleStep[]> grown(new RuleStep[m_capacity * 2]);
+    std::copy(begin(), end(), grown.get());
+    m_grown = std::move(grown);
+    m_steps = m_grown.get();
+    m_capacity *= 2;
 }
 
 std::string RuleProgram::AsString() const {

@@ -4,10 +4,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "brindle/expressions/rule_value.h"
 
@@ -42,11 +44,22 @@ class RuleProgram {
     const RuleStep* begin() const noexcept { return m_steps; }
     const RuleStep* end() const noexcept { return m_steps + m_size; }
 
-    void AddOperator(OperatorType op, std::size_t position);
-    void AddOperand(const RuleValue& value, std::size_t position);
-    void AddFunction(std::string_view call, std::size_t position);
+    void AddOperator(OperatorType op, std::size_t position) { Append(RuleStep::kOperator, position).op = op; }
+    // `make` gives the value. It is made where it stays: a copy of fields just written would stall.
+    template <class Make>
+    void AddOperand(std::size_t position, Make make) {
+        RuleStep& step = Append(RuleStep::kConstant, position);
+        ::new (&step.value) RuleValue(make());
+        if (step.value.replaceable && step.value.type == CCalculator::Literal::String)
+            step.kind = RuleStep::kName;
+    }
+    void AddFunction(std::string_view call, std::size_t position) {
+        Append(RuleStep::kFunction, position).value = RuleValue::OfText(call);
+    }
     // A text that lives as long as the program does.
-    std::string_view Keep(std::string text) { return m_texts.emplace_back(std::move(text)); }
+    std::string_view Keep(std::string text) {
+        return *m_texts.emplace_back(std::make_unique<std::string>(std::move(text)));
+    }
 
     // The steps' texts with single blanks between them.
     std::string AsString() const;
@@ -54,13 +67,21 @@ class RuleProgram {
   private:
     static constexpr std::size_t kOwnSteps = 64;
 
-    RuleStep& Append(RuleStep::Kind kind, std::size_t position);
+    RuleStep& Append(RuleStep::Kind kind, std::size_t position) {
+        if (m_size == m_capacity) Grow();
+        RuleStep& step = m_steps[m_size++];
+        step.kind = kind;
+        step.op = CCalculator::Operator::None;
+        step.position = static_cast<std::uint32_t>(position);
+        return step;
+    }
+    void Grow();
 
     RuleStep* m_steps;
     std::size_t m_size = 0;
     std::size_t m_capacity = kOwnSteps;
     std::unique_ptr<RuleStep[]> m_grown;
-    std::deque<std::string> m_texts;
+    std::vector<std::unique_ptr<std::string>> m_texts;
     union {
         RuleStep m_own[kOwnSteps];  // not initialised until used
     };

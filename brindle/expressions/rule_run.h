@@ -1,5 +1,5 @@
 // Evaluation: a program's steps on a stack of values. Names get their values on the way, in the order of the steps.
-// Tests: rule_run_test.cpp, solver_test.cpp.
+// Tests: calculator_test.cpp, solver_test.cpp.
 #pragma once
 
 #include <deque>
@@ -30,6 +30,7 @@ struct RuleRun {
     const std::deque<NameReference>* names =
         nullptr;  // of the kName steps, in order; null: taken apart each time
     RuleObserver* observer = nullptr;
+    bool isComplete = false;  // no operator lacks an operand, which is known already
 };
 
 // False, and `result` unchanged, when the program is empty or an operator lacks an operand; the source is then asked

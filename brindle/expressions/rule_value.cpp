@@ -3,6 +3,7 @@
 #include "brindle/expressions/rule_value.h"
 
 #include <array>
+#include <bit>
 #include <cmath>
 #include <limits>
 
@@ -76,7 +77,16 @@ std::uint32_t ReadPart(const CStringA& hexadecimal) noexcept {
 }  // namespace
 
 std::string* TextPool::Take() {
-    if (m_free.empty()) return &m_strings.emplace_back();
+    if (m_freeOwn != 0) {
+        const int index = std::countr_zero(m_freeOwn);
+        m_freeOwn &= m_freeOwn - 1;
+        return &m_own[static_cast<std::size_t>(index)];
+    }
+    if (m_free.empty()) {
+        m_free.reserve(m_more.size() + 1);
+        m_more.push_back(std::make_unique<std::string>());
+        return m_more.back().get();
+    }
     std::string* const text = m_free.back();
     m_free.pop_back();
     return text;
@@ -85,51 +95,12 @@ std::string* TextPool::Take() {
 void TextPool::Release(std::string* text) noexcept {
     if (text->capacity() > kKeptCapacity) std::string().swap(*text);
     text->clear();
-    try {
-        m_free.push_back(text);
-    } catch (...) {  // out of memory: the string waits for the pool's end
+    for (unsigned i = 0; i < kOwn; ++i) {
+        if (text != &m_own[i]) continue;
+        m_freeOwn |= 1u << i;
         return;
     }
-}
-
-RuleValue RuleValue::OfText(std::string_view text, ValueType type) noexcept {
-    RuleValue value;
-    value.type = type;
-    value.replaceable = false;
-    value.status = COleDateTime::valid;
-    value.number = 0;
-    value.text = text;
-    value.owned = nullptr;
-    return value;
-}
-
-RuleValue EmptyValue() noexcept {
-    return RuleValue::OfText({});
-}
-
-RuleValue RuleValue::OfBool(bool truth) noexcept {
-    RuleValue value = OfText({}, Literal::Bool);
-    value.truth = truth;
-    return value;
-}
-
-RuleValue RuleValue::OfInt(std::int32_t integer) noexcept {
-    RuleValue value = OfText({}, Literal::Int);
-    value.integer = integer;
-    return value;
-}
-
-RuleValue RuleValue::OfDouble(double number, ValueType type) noexcept {
-    RuleValue value = OfText({}, type);
-    value.number = number;
-    return value;
-}
-
-RuleValue RuleValue::OfDate(const COleDateTime& date) noexcept {
-    RuleValue value = OfText({}, Literal::DateTime);
-    value.number = date.m_dt;
-    value.status = date.m_status;
-    return value;
+    m_free.push_back(text);
 }
 
 RuleValue RuleValue::Of(const Literal& literal) noexcept {

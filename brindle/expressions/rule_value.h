@@ -4,8 +4,9 @@
 // Conversions between types and the promotion table of the binary operators. Tests: rule_value_test.cpp.
 #pragma once
 
+#include <array>
 #include <cstdint>
-#include <deque>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,15 +21,20 @@ using OperatorType = CCalculator::Operator::Type;
 // The longest text an evaluation makes; a longer one becomes the empty String.
 inline constexpr std::size_t kMaxComputedText = std::size_t{1} << 26;
 
-// Strings that values of one evaluation own, used again once released. A string keeps its place.
+// Strings that values of one evaluation own, used again once released. A string keeps its place. The first few are part
+// of the pool: most evaluations need no more.
 class TextPool {
   public:
     std::string* Take();
     void Release(std::string* text) noexcept;
 
   private:
-    std::deque<std::string> m_strings;
-    std::vector<std::string*> m_free;
+    static constexpr unsigned kOwn = 4;
+
+    std::array<std::string, kOwn> m_own;
+    unsigned m_freeOwn = (1u << kOwn) - 1;  // one bit each
+    std::vector<std::unique_ptr<std::string>> m_more;
+    std::vector<std::string*> m_free;  // of m_more; has room for all of them
 };
 
 struct RuleValue {
@@ -43,11 +49,37 @@ struct RuleValue {
     std::string_view text;  // String and Address
     std::string* owned;     // holds `text`, or null
 
-    static RuleValue OfText(std::string_view text, ValueType type = CCalculator::Literal::String) noexcept;
-    static RuleValue OfBool(bool value) noexcept;
-    static RuleValue OfInt(std::int32_t value) noexcept;
-    static RuleValue OfDouble(double value, ValueType type = CCalculator::Literal::Double) noexcept;
-    static RuleValue OfDate(const COleDateTime& date) noexcept;
+    static RuleValue OfText(std::string_view text, ValueType type = CCalculator::Literal::String) noexcept {
+        RuleValue value;
+        value.type = type;
+        value.replaceable = false;
+        value.status = COleDateTime::valid;
+        value.number = 0;
+        value.text = text;
+        value.owned = nullptr;
+        return value;
+    }
+    static RuleValue OfBool(bool truth) noexcept {
+        RuleValue value = OfText({}, CCalculator::Literal::Bool);
+        value.truth = truth;
+        return value;
+    }
+    static RuleValue OfInt(std::int32_t integer) noexcept {
+        RuleValue value = OfText({}, CCalculator::Literal::Int);
+        value.integer = integer;
+        return value;
+    }
+    static RuleValue OfDouble(double number, ValueType type = CCalculator::Literal::Double) noexcept {
+        RuleValue value = OfText({}, type);
+        value.number = number;
+        return value;
+    }
+    static RuleValue OfDate(const COleDateTime& date) noexcept {
+        RuleValue value = OfText({}, CCalculator::Literal::DateTime);
+        value.number = date.m_dt;
+        value.status = date.m_status;
+        return value;
+    }
     // Views the literal's text: valid as long as the literal is and does not change.
     static RuleValue Of(const CCalculator::Literal& literal) noexcept;
 
@@ -61,7 +93,9 @@ struct RuleValue {
 };
 
 // The empty String: the result of every operation without a meaning.
-RuleValue EmptyValue() noexcept;
+inline RuleValue EmptyValue() noexcept {
+    return RuleValue::OfText({});
+}
 
 // The parts of an address text, uncut; 0 for what is no address.
 struct AddressParts {

@@ -11,12 +11,35 @@
 namespace brindle {
 namespace {
 
-constexpr std::array<bool, 256> MakeSpecialTable() noexcept {
-    std::array<bool, 256> table{};
-    for (const char c : std::string_view("\\.*+?()[]{}^$|")) table[static_cast<unsigned char>(c)] = true;
+enum CharacterKind : char { kOrdinary, kPercent, kSpecial };
+
+constexpr std::array<CharacterKind, 256> MakeKinds() noexcept {
+    std::array<CharacterKind, 256> table{};
+    for (const char c : std::string_view("\\.*+?()[]{}^$|")) table[static_cast<unsigned char>(c)] = kSpecial;
+    table['%'] = kPercent;
     return table;
 }
-constexpr std::array<bool, 256> kSpecial = MakeSpecialTable();
+constexpr std::array<CharacterKind, 256> kKinds = MakeKinds();
+
+// A plain pattern: where its first and last "%" stand, npos without one.
+struct PlainPattern {
+    std::string_view text;
+    std::size_t first = std::string_view::npos;
+    std::size_t last = std::string_view::npos;
+};
+
+// False when the pattern is not plain.
+bool ReadPlainPattern(std::string_view text, PlainPattern& pattern) noexcept {
+    pattern.text = text;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const CharacterKind kind = kKinds[static_cast<unsigned char>(text[i])];
+        if (kind == kOrdinary) continue;
+        if (kind == kSpecial) return false;
+        if (pattern.first == std::string_view::npos) pattern.first = i;
+        pattern.last = i;
+    }
+    return true;
+}
 
 // A piece up to this length is searched by comparing it everywhere.
 constexpr std::size_t kShortPiece = 16;
@@ -48,26 +71,8 @@ std::size_t FindEnd(std::string_view text, std::string_view piece) {
     return std::string_view::npos;
 }
 
-}  // namespace
-
-bool IsPlainPattern(std::string_view pattern) noexcept {
-    for (const char c : pattern)
-        if (kSpecial[static_cast<unsigned char>(c)]) return false;
-    return true;
-}
-
-// What stands before the first "%" begins the text, what stands behind the last one ends it, and the pieces
-// between are found one after the other, each as early as possible.
-bool MatchPlainPattern(std::string_view text, std::string_view pattern) {
-    const std::size_t first = pattern.find('%');
-    if (first == std::string_view::npos) return text == pattern;
-    const std::size_t last = pattern.rfind('%');
-    const std::string_view head = pattern.substr(0, first);
-    const std::string_view tail = pattern.substr(last + 1);
-    if (text.size() < head.size() + tail.size()) return false;
-    if (text.substr(0, head.size()) != head || text.substr(text.size() - tail.size()) != tail) return false;
-    text = text.substr(head.size(), text.size() - head.size() - tail.size());
-    std::string_view pieces = pattern.substr(first, last - first);  // "%piece%piece"
+// Whether the pieces, each behind a "%", stand in the text one after the other; each is found as early as possible.
+bool ContainsPieces(std::string_view text, std::string_view pieces) {
     while (!pieces.empty()) {
         pieces.remove_prefix(1);
         const std::string_view piece = pieces.substr(0, pieces.find('%'));
@@ -79,9 +84,29 @@ bool MatchPlainPattern(std::string_view text, std::string_view pattern) {
     return true;
 }
 
+// What stands before the first "%" begins the text, what stands behind the last one ends it, the rest lies between.
+bool Matches(std::string_view text, const PlainPattern& pattern) {
+    if (pattern.first == std::string_view::npos) return text == pattern.text;
+    const std::string_view head = pattern.text.substr(0, pattern.first);
+    const std::string_view tail = pattern.text.substr(pattern.last + 1);
+    if (text.size() < head.size() + tail.size() || !text.starts_with(head) || !text.ends_with(tail))
+        return false;
+    if (pattern.first == pattern.last) return true;
+    text = text.substr(head.size(), text.size() - head.size() - tail.size());
+    return ContainsPieces(text, pattern.text.substr(pattern.first, pattern.last - pattern.first));
+}
+
+}  // namespace
+
+bool IsPlainPattern(std::string_view pattern) noexcept {
+    PlainPattern plain;
+    return ReadPlainPattern(pattern, plain);
+}
+
 WildcardResult MatchWildcard(std::string_view text, std::string_view pattern) {
-    if (!IsPlainPattern(pattern)) return MatchWithEngine(text, pattern);
-    return MatchPlainPattern(text, pattern) ? WildcardResult::kMatch : WildcardResult::kNoMatch;
+    PlainPattern plain;
+    if (!ReadPlainPattern(pattern, plain)) return MatchWithEngine(text, pattern);
+    return Matches(text, plain) ? WildcardResult::kMatch : WildcardResult::kNoMatch;
 }
 
 }  // namespace brindle

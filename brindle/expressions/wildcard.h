@@ -24,6 +24,5 @@ WildcardResult MatchWildcard(std::string_view text, std::string_view pattern);
 
 // Whether "%" is the only special character of the pattern; it is then matched without an engine.
 bool IsPlainPattern(std::string_view pattern) noexcept;
-bool MatchPlainPattern(std::string_view text, std::string_view pattern);
 
 }  // namespace brindle

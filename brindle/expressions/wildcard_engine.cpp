@@ -1,5 +1,5 @@
 // Compiles translated patterns and keeps the last few compiled. Entry point: MatchWithEngine. Tests:
-// wildcard_engine_test.cpp.
+// wildcard_test.cpp.
 #include "brindle/expressions/wildcard_engine.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 // Patterns with special characters, on the standard library's regular expressions. Its linear-time executor is
 // used: the default one overflows the stack on long texts and takes exponential time on nested repeats. Tests:
-// wildcard_engine_test.cpp.
+// wildcard_test.cpp.
 #pragma once
 
 #include <string_view>

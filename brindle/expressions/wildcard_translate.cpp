@@ -1,6 +1,6 @@
 // The translation walks over "^" + pattern + "$" with every "%" written as ".*". Character classes are read into
 // sets of bytes, so that neither the sign of a character nor a locale has a say in them; groups never capture.
-// Entry point: TranslateWildcard. Tests: wildcard_translate_test.cpp.
+// Entry point: TranslateWildcard. Tests: wildcard_test.cpp.
 #include "brindle/expressions/wildcard_translate.h"
 
 #include "brindle/expressions/byte_set.h"

@@ -1,5 +1,5 @@
 // Translation: a pattern of the classic language in the syntax of the standard library's engine. Tests:
-// wildcard_translate_test.cpp.
+// wildcard_test.cpp.
 #pragma once
 
 #include <string>

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """The documents tell the truth where a machine can see it: links lead somewhere, quoted commands and files exist,
 and the README's ten lines are the example that is compiled."""
+import json
 import pathlib
 import re
 import subprocess
@@ -50,7 +51,8 @@ class DocumentsTest(unittest.TestCase):
                 self.assertEqual(run.returncode, 0, run.stderr)
 
     def test_presets_are_listed(self):
-        presets = re.findall(r'"name": "([\w-]+)",\s*"displayName"', (ROOT / "CMakePresets.json").read_text())
+        configured = json.loads((ROOT / "CMakePresets.json").read_text())["configurePresets"]
+        presets = [preset["name"] for preset in configured if not preset.get("hidden")]
         self.assertGreaterEqual(len(presets), 7)
         contributing = (ROOT / "CONTRIBUTING.md").read_text()
         for preset in presets:

@@ -14,6 +14,8 @@
 #include <set>
 
 #include "host/configured_item.h"
+#include "host/rule_check.h"
+#include "host/rule_trigger.h"
 #include "host/set_variable_action.h"
 
 namespace brindle::host {
@@ -153,11 +155,19 @@ class BehaviourChecker {
         for (std::string& problem : ReadAttributes(m_document.Reader(), table))
             m_document.Report(std::move(problem));
         for (std::string& conflict : configured->Conflicts()) m_document.Report(std::move(conflict));
+        if (const auto* trigger = dynamic_cast<const RuleTrigger*>(&item)) CheckRule(trigger->Rule());
         for (const Attribute& attribute : table) {
             if (!attribute.formatted) continue;
             for (const std::string& problem : CheckText(attribute.text(), m_surroundings.texts))
                 m_document.Report("attribute \"" + attribute.name + "\": " + problem);
         }
+    }
+
+    void CheckRule(const PreparedRule& rule) {
+        if (!m_surroundings.texts.devices) return;
+        for (const std::string& problem :
+             CheckRuleNames(rule, m_surroundings.address, *m_surroundings.texts.devices))
+            m_document.Report("attribute \"Rule\": " + problem);
     }
 
     void CheckChildren() {

@@ -1,6 +1,7 @@
 // CheckBehaviours: reads one behaviour list file and finds everything the library would pass over in silence.
 #pragma once
 
+#include <brindle/address/address_ov.h>
 #include <brindle/settings/host_type.h>
 
 #include <optional>
@@ -16,6 +17,7 @@ namespace brindle::host {
 struct BehaviourSurroundings {
     TextSurroundings texts;
     std::optional<eHostType> host;  // of the object the list belongs to
+    CAddressOv address;             // likewise
 };
 
 // Appends the problems, each at the element it stands in. RegisterHostTypes comes first.

@@ -121,10 +121,14 @@ bool DeviceTable::FieldValue(const Device& device, std::string_view name, std::s
     return true;
 }
 
-bool DeviceTable::KnowsField(std::uint32_t packedAddress, std::string_view name) const {
+bool DeviceTable::Field(std::uint32_t packedAddress, std::string_view name, std::string& value) const {
     const auto found = m_devices.find(packedAddress);
+    return found != m_devices.end() && FieldValue(found->second, name, value);
+}
+
+bool DeviceTable::KnowsField(std::uint32_t packedAddress, std::string_view name) const {
     std::string unused;
-    return found != m_devices.end() && FieldValue(found->second, name, unused);
+    return Field(packedAddress, name, unused);
 }
 
 bool DeviceTable::KnowsFieldSomewhere(std::string_view name) const {

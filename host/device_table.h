@@ -36,6 +36,8 @@ class DeviceTable : public IBrindleData {
     bool Knows(std::uint32_t packedAddress) const { return m_devices.contains(packedAddress); }
     // Whether "#name#" has an answer at the address: a built-in field, or one that devices.ini gives it.
     bool KnowsField(std::uint32_t packedAddress, std::string_view name) const;
+    // The field's value; false, and `value` unchanged, when KnowsField says no.
+    bool Field(std::uint32_t packedAddress, std::string_view name, std::string& value) const;
     // Whether the field has an answer anywhere.
     bool KnowsFieldSomewhere(std::string_view name) const;
     // The last caption, else the name; empty when the address is unknown.

@@ -1,4 +1,4 @@
-// HostContext: what the actions of this host may ask of the program that runs them. Like the library's own
+// HostContext: what the actions and triggers of this host may ask of the program that runs them. Like the library's own
 // slots it is registered once for the process; without one, actions do nothing.
 //
 // Thread: the one that runs the behaviour engine.
@@ -7,7 +7,10 @@
 #include <brindle/address/address_ov.h>
 #include <brindle/framework/string_a.h>
 
+#include <cstdint>
+
 class CCommandAction;
+class CCommandTrigger;
 class CStateEvent;
 class VariableManager;
 
@@ -32,12 +35,17 @@ class HostContext {
     virtual void SendState(const CCommandAction& action, const CStateEvent* event) = 0;
     // Something an action could not do.
     virtual void ReportFailure(const CCommandAction& action, const CStringA& why) = 0;
+    // Something in a trigger's configuration that keeps it from working.
+    virtual void ReportFault(const CCommandTrigger& trigger, const CStringA& why) = 0;
 
     // The object whose list runs at present; outside a run: no scope, an address with all parts open.
     virtual const VariableManager* ObjectScope() const = 0;
     virtual CAddressOv ObjectAddress() const = 0;
     // The caption of the device at the address, else of the object whose list runs.
     virtual CStringA Caption(const CAddressOv& address) const = 0;
+    // A field of the device at the packed address. False, and `value` unchanged, when the device or the field is
+    // not known.
+    virtual bool DeviceField(std::uint32_t device, const CStringA& name, CStringA& value) const = 0;
     // The folder of the site.
     virtual CStringA Path() const = 0;
 

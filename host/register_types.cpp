@@ -10,6 +10,7 @@
 #include "host/meter_value_trigger.h"
 #include "host/meter_zone_trigger.h"
 #include "host/poll_trigger.h"
+#include "host/rule_trigger.h"
 #include "host/run_command_action.h"
 #include "host/schedule_trigger.h"
 #include "host/send_state_action.h"
@@ -41,6 +42,7 @@ bool RegisterAll() {
     RegisterTrigger<MeterValueTrigger>();
     RegisterTrigger<MeterZoneTrigger>();
     RegisterTrigger<PollTrigger>();
+    RegisterTrigger<RuleTrigger>();
     RegisterTrigger<ScheduleTrigger>();
     RegisterAction<RunCommandAction>();
     RegisterAction<WriteLogAction>();

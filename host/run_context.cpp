@@ -79,6 +79,17 @@ void RunContext::ReportFailure(const CCommandAction& action, const CStringA& why
     Write(std::move(record));
 }
 
+void RunContext::ReportFault(const CCommandTrigger& trigger, const CStringA& why) {
+    Problem problem;
+    std::string place;
+    if (const SiteObject* object = m_state.current) {
+        problem.file = object->plan.behaviours;
+        place = "object " + object->plan.name + ", ";
+    }
+    problem.text = place + "trigger " + TextFromUtf8(ItemLabel(&trigger)) + ": " + why.str();
+    m_state.sink.Warn(problem);
+}
+
 const VariableManager* RunContext::ObjectScope() const {
     return m_state.current ? &m_state.current->scope : nullptr;
 }
@@ -92,6 +103,13 @@ CStringA RunContext::Caption(const CAddressOv& address) const {
     if (!address.IsDeferred()) caption = m_state.site.devices.Caption(address.GetDWord());
     if (caption.empty() && m_state.current) caption = m_state.current->plan.caption;
     return caption;
+}
+
+bool RunContext::DeviceField(std::uint32_t device, const CStringA& name, CStringA& value) const {
+    std::string text;
+    if (!m_state.site.devices.Field(device, name.view(), text)) return false;
+    value = text;
+    return true;
 }
 
 CStringA RunContext::Path() const {

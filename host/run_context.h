@@ -17,9 +17,11 @@ class RunContext final : public HostContext {
                      const CStringA& value) override;
     void SendState(const CCommandAction& action, const CStateEvent* event) override;
     void ReportFailure(const CCommandAction& action, const CStringA& why) override;
+    void ReportFault(const CCommandTrigger& trigger, const CStringA& why) override;
     const VariableManager* ObjectScope() const override;
     CAddressOv ObjectAddress() const override;
     CStringA Caption(const CAddressOv& address) const override;
+    bool DeviceField(std::uint32_t device, const CStringA& name, CStringA& value) const override;
     CStringA Path() const override;
 
   private:

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "host/host_files.h"
-#include "host/host_trigger.h"
+#include "host/rule_trigger.h"
 
 namespace brindle::host {
 
@@ -25,6 +25,19 @@ int NumberOf(const CCommandBehaviourList& list, const CCommandBehaviour* behavio
 
 bool IsScheduled(const RepeatEntry& entry) {
     return dynamic_cast<const CTimeBasedTrigger*>(entry.trigger) != nullptr;
+}
+
+// What a rule was evaluated with.
+RunRecord ValuesOf(const RuleTrigger& trigger) {
+    RunRecord values = RunRecord::array();
+    for (const SeenValue& seen : trigger.Seen()) {
+        RunRecord value;
+        if (!seen.address.empty()) value["address"] = seen.address;
+        value["name"] = TextToUtf8(seen.name);
+        if (seen.value) value["value"] = TextToUtf8(*seen.value);
+        values.push_back(std::move(value));
+    }
+    return values;
 }
 
 }  // namespace
@@ -56,6 +69,8 @@ void RunObserver::OnVerdict(const CCommandBehaviourList* list, const CCommandBeh
     record["verdict"] = verdict;
     if (const auto* explained = dynamic_cast<const ExplainedTrigger*>(trigger))
         record["why"] = explained->Why();
+    if (const auto* rule = dynamic_cast<const RuleTrigger*>(trigger); rule && m_state.trace)
+        if (RunRecord values = ValuesOf(*rule); !values.empty()) record["values"] = std::move(values);
     if (!trigger->IsEnabled()) record["disabled"] = true;
     if (forUnlock) record["unlock"] = true;
     m_state.sink.Write(record);

@@ -282,6 +282,89 @@ TEST(Run, TraceTellsAlsoWhatDidNotHappen) {
     EXPECT_EQ(plain.lines.All("skipped", "why"), "");
 }
 
+// Two objects of devices 0001:01:01 and 0001:01:02, which is in no file.
+void WriteRules(const WrittenSite& written, const std::string& rule) {
+    written.WriteObjects({});
+    written.Write("site.ini",
+                  "[Site]\nDevices=devices.ini\nVariables=variables.xml\n"
+                  "[Object a]\nAddress=1:1:1\n[Object b]\nAddress=1:1:2\n");
+    for (const char* name : {"a", "b"})
+        written.WriteBehaviour(name, "<RuleTrigger Name='r' Rule='" + rule + "'/>",
+                               "<WriteLogAction Text='{object} #State#' Repeat='TRUE' Period='1000'/>");
+}
+
+TEST(Run, RulesAskTheObjectsOwnDevice) {
+    const WrittenSite written;
+    WriteRules(written, "State &gt; 2");
+    const Played played = RunEvents(written, R"({"t":100,"kind":"state","address":"1:1:2","state":3}
+{"t":200,"kind":"state","address":"1:1:1","state":3}
+{"t":1150,"kind":"state","address":"1:1:2","state":1}
+{"t":2000,"kind":"end"})");
+    EXPECT_EQ(played.lines.All("verdict", "object"), "b|a|b");
+    EXPECT_EQ(played.lines.All("verdict", "verdict"), "2|2|1");
+    EXPECT_EQ(played.lines.All("log", "t"), "100|200|1100|1200") << "b's repeats end with its condition";
+    EXPECT_EQ(played.lines.All("repeat", "what"), "added|added|cancelled");
+    EXPECT_EQ(played.lines.All("verdict", "values"), "||") << "only with a trace";
+}
+
+TEST(Run, ARuleThatIsTrueAlreadyFiresAtTheStart) {
+    const WrittenSite written;
+    WriteRules(written, "0001:01:01,State = 1 &amp; 0001:01:07,State = 0");
+    const Played played = RunEvents(written, R"({"t":100,"kind":"state","address":"1:1:7","state":3})");
+    EXPECT_EQ(played.lines.All("verdict", "t"), "0|0|100|100") << "the address of a rule is subscribed to";
+    EXPECT_EQ(played.lines.All("verdict", "verdict"), "2|2|1|1");
+    EXPECT_EQ(played.lines.All("log", "t"), "0|0");
+}
+
+TEST(Run, ARepeatedReportReachesRules) {
+    const WrittenSite written;
+    WriteRules(written, "State &gt; 2");
+    RunOptions trace;
+    trace.trace = true;
+    const std::string state = R"({"kind":"state","address":"1:1:1","state":1})"
+                              "\n";
+    EXPECT_EQ(RunEvents(written, state + state, trace).lines.All("verdict", "object"), "a|b|a|b|a|b");
+}
+
+TEST(Run, ATraceTellsTheValuesOfRules) {
+    const WrittenSite written;
+    WriteRules(written, "State &gt; 2 &amp; 0001:01:01,Model = &quot;C%&quot; &amp; Foo");
+    RunOptions trace;
+    trace.trace = true;
+    const Played played = RunEvents(written, R"({"kind":"state","object":"b","state":3}
+{"kind":"button","object":"b"})",
+                                    trace);
+    EXPECT_EQ(
+        played.lines.All("verdict", "values"),
+        R"([{"address":"0001:01:01","name":"State","value":"1"},)"
+        R"({"address":"0001:01:01","name":"Model","value":"C3"},{"address":"0001:01:01","name":"Foo"}]|)"
+        R"([{"address":"0001:01:02","name":"State","value":"0"},)"
+        R"({"address":"0001:01:01","name":"Model","value":"C3"},{"address":"0001:01:02","name":"Foo"}]|)"
+        R"([{"address":"0001:01:02","name":"State","value":"3"},)"
+        R"({"address":"0001:01:01","name":"Model","value":"C3"},{"address":"0001:01:02","name":"Foo"}]|)");
+    const RunText text(*played.site, [](TextStyle, std::string_view s) { return std::string(s); });
+    std::string verdicts;
+    for (const RunRecord& record : played.lines.records)
+        if (record["kind"] == "verdict" && record["object"] == "b") verdicts += text.Line(record) + "\n";
+    EXPECT_EQ(verdicts,
+              "    0.000  b       -> r stays out: condition does not hold [0001:01:02,State=0; "
+              "0001:01:01,Model=C3; 0001:01:02,Foo unknown]\n"
+              "    0.000  b       -> r stays out: condition does not hold [0001:01:02,State=3; "
+              "0001:01:01,Model=C3; 0001:01:02,Foo unknown]\n"
+              "    0.000  b       -> r stays out: another kind of event\n");
+}
+
+TEST(Run, AWrongRuleIsWarnedOfOnce) {
+    const WrittenSite written;
+    WriteRules(written, "(State");
+    const Played played = RunEvents(written, "{\"kind\":\"poll\"}\n{\"kind\":\"poll\"}");
+    ASSERT_EQ(played.lines.warnings.size(), 2U) << "one for each object";
+    EXPECT_EQ(played.lines.warnings[0],
+              written.Path("behaviours/a.xml") +
+                  ": object a, trigger r: the rule is never true: \"(\" without \")\" at column 1");
+    EXPECT_EQ(played.lines.All("verdict", "verdict"), "");
+}
+
 TEST(Run, BadLinesAndUnknownObjectsAreWarnings) {
     const WrittenSite written;
     written.WriteObjects({"a"});

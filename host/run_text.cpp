@@ -45,6 +45,18 @@ std::string Harmless(std::string text) {
     return text;
 }
 
+// The values of a rule: "0001:02:03,State=3; Colour unknown".
+std::string Values(const RunRecord& record) {
+    std::string text;
+    for (const RunRecord& value : record.at("values")) {
+        if (!text.empty()) text += "; ";
+        if (value.contains("address")) text += Text(value, "address") + ",";
+        text += Text(value, "name");
+        text += value.contains("value") ? "=" + Text(value, "value") : std::string(" unknown");
+    }
+    return Harmless(std::move(text));
+}
+
 }  // namespace
 
 std::string SecondsText(std::uint64_t milliseconds) {
@@ -105,8 +117,9 @@ std::string RunText::Verdict(const RunRecord& record) const {
     const int verdict = std::clamp(record.at("verdict").get<int>(), 0, 2);
     std::string text = Harmless(Text(record, "trigger")) + " " + kWords[verdict];
     if (record.contains("disabled")) text += " (disabled)";
-    return "  " + m_paint(kStyles[verdict], "-> " + text) +
-           m_paint(TextStyle::kQuiet, ": " + Text(record, "why"));
+    std::string why = ": " + Text(record, "why");
+    if (record.contains("values")) why += " [" + Values(record) + "]";
+    return "  " + m_paint(kStyles[verdict], "-> " + text) + m_paint(TextStyle::kQuiet, why);
 }
 
 std::string RunText::Outcome(const RunRecord& record) const {

@@ -1,5 +1,5 @@
-// Loading a site. The devices that texts of its actions ask for are subscribed to, so that their states are
-// known when a field wants them. Tests: site_test.cpp.
+// Loading a site. The devices that texts of its actions and rules of its triggers ask for are subscribed to, so that
+// their states are known when a field wants them. Tests: site_test.cpp.
 #include "host/site.h"
 
 #include <brindle/behaviour/action.h>
@@ -13,6 +13,7 @@
 #include "host/address_pattern.h"
 #include "host/configured_item.h"
 #include "host/host_files.h"
+#include "host/rule_trigger.h"
 
 namespace brindle::host {
 
@@ -66,11 +67,12 @@ bool LoadDevices(const SitePlan& plan, DeviceTable& devices, Problems& problems)
     return true;
 }
 
-// Subscribes to the devices that the texts of actions ask for.
+// Subscribes to the devices that the texts of actions and the rules of triggers ask for.
 class Subscriber final : public TraveralFunct {
   public:
-    explicit Subscriber(DeviceTable& devices) : m_devices(devices) {}
+    Subscriber(DeviceTable& devices, const CAddressOv& own) : m_devices(devices), m_own(own) {}
     void operator()(CCommandTreeItem* item) const override {
+        if (const auto* trigger = dynamic_cast<const RuleTrigger*>(item)) SubscribeRule(trigger->Rule());
         auto* configured = dynamic_cast<ConfiguredItem*>(item);
         if (!configured) return;
         for (const Attribute& attribute : configured->Attributes()) {
@@ -81,7 +83,13 @@ class Subscriber final : public TraveralFunct {
     }
 
   private:
+    void SubscribeRule(const PreparedRule& rule) const {
+        for (std::size_t i = 0; i < rule.NameCount(); ++i)
+            if (const auto device = DeviceOfName(rule, i, m_own)) m_devices.Subscribe(*device);
+    }
+
     DeviceTable& m_devices;
+    const CAddressOv& m_own;  // of the object
 };
 
 bool LoadObject(const ObjectPlan& plan, Site& site, Problems& problems) {
@@ -89,7 +97,7 @@ bool LoadObject(const ObjectPlan& plan, Site& site, Problems& problems) {
     auto object = std::make_unique<SiteObject>(plan);
     if (!OpenXml(plan.behaviours, "BehaviourList", reader, problems)) return false;
     object->list.Load(reader);
-    object->list.Traverse(Subscriber(site.devices));
+    object->list.Traverse(Subscriber(site.devices, plan.address));
     AddObjectVariables(plan, object->scope);
     object->scope.setParent(&site.scope);
     const bool loaded = LoadVariables(plan.variables, object->scope, problems);

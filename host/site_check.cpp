@@ -103,6 +103,7 @@ class SiteChecker {
         if (Count(object.variables)) CheckVariables(object.variables, scope, m_report.problems);
         BehaviourSurroundings surroundings;
         surroundings.host = object.host;
+        surroundings.address = object.address;
         surroundings.texts.scope = &scope;
         surroundings.texts.scopes = "object " + object.name + ", site";
         surroundings.texts.devices = &m_devices;

@@ -253,6 +253,62 @@ TEST(CheckPaths, FilesOfEveryKind) {
     EXPECT_EQ(none.files, 1U);
 }
 
+TEST(CheckPaths, RulesOfTriggers) {
+    struct Row {
+        const char* rule;  // as XML
+        const char* problem;
+    };
+    const Row rows[] = {
+        {"0001:01:01,State &gt; 2 &amp; Model = &quot;C%&quot;", ""},
+        {"State &gt; 2 &amp; (Value &gt; 1", "attribute \"Rule\": \"(\" without \")\" at column 13"},
+        {"", "\"Rule\" is missing or empty: it never fires"},
+        {"0001:01:01,Foo",
+         "attribute \"Rule\": no device has the field \"0001:01:01,Foo\": it stands for itself (a "
+         "text is written in quotes)"},
+        {"Colour = Green",
+         "attribute \"Rule\": no device has the field \"Green\": it stands for itself (a text is "
+         "written in quotes)"},
+        {"0001:01:02,Model = 1",
+         "attribute \"Rule\": the device 0001:01:02 has no field \"Model\": it stands for "
+         "itself (a text is written in quotes)"},
+        {"0009:09:09,State = 1 | 0009:09:09,State = 2",
+         "attribute \"Rule\": \"0009:09:09,State\" asks for a device that does not exist"},
+        {"0009:?:09,State",
+         "attribute \"Rule\": \"0009:?:09,State\" asks for a device without a full address"},
+    };
+    RegisterHostTypes();
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.rule);
+        const WrittenSite written;
+        written.WriteObjects({});
+        written.Write("site.ini", "[Site]\nDevices=devices.ini\n[Object a]\nAddress=1:1:1\n");
+        written.Write("devices.ini", "[1:1:1]\nModel=C3\n[1:1:2]\nName=x\n");
+        written.WriteBehaviour("a", "\n <RuleTrigger Rule='" + std::string(row.rule) + "'/>",
+                               "<WriteLogAction Text='x'/>");
+        const std::string expected =
+            *row.problem ? "behaviours/a.xml:2:2: " + std::string(row.problem) + "\n" : std::string();
+        EXPECT_EQ(Joined(CheckPaths({written.Folder()}).problems, written.Folder()), expected);
+    }
+}
+
+TEST(CheckPaths, RulesOfObjectsWithoutADevice) {
+    RegisterHostTypes();
+    const WrittenSite written;
+    written.WriteObjects({});
+    written.Write("site.ini", "[Site]\nDevices=devices.ini\n[Object a]\n[Object b]\nAddress=2:2:2\n");
+    for (const char* name : {"a", "b"})
+        written.WriteBehaviour(name, "<RuleTrigger Rule='State &gt; 2'/>", "<WriteLogAction Text='x'/>");
+    EXPECT_EQ(
+        Joined(CheckPaths({written.Folder()}).problems, written.Folder()),
+        "behaviours/a.xml:1:40: attribute \"Rule\": \"State\" is a field of the object's own device, but the "
+        "object has no full address\n"
+        "behaviours/b.xml:1:40: attribute \"Rule\": \"State\" asks for the object's own device, which does "
+        "not "
+        "exist\n");
+    EXPECT_TRUE(CheckPaths({written.Path("behaviours/a.xml")}).problems.empty())
+        << "a list alone knows no devices";
+}
+
 TEST(CheckPaths, ASiteWithItsSurroundings) {
     RegisterHostTypes();
     const WrittenSite written;

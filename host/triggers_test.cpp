@@ -263,7 +263,7 @@ TEST(HostTypes, AreRegisteredOnce) {
     RegisterHostTypes();
     CStringList names;
     CCommandTriggerList::GetTypeList(names);
-    EXPECT_EQ(names.GetCount(), 8);
+    EXPECT_EQ(names.GetCount(), 9);
     CCommandActionList::GetTypeList(names);
     EXPECT_EQ(names.GetCount(), 4);
 }

@@ -164,6 +164,48 @@ TEST(ToolRun, BadInputIsToldWithItsPlace) {
     CheckRow({"not well-formed", {"run", folder}, "", "behaviours/a.xml:3:", 2, {}});
 }
 
+TEST(ToolRun, TraceShowsTheValuesOfRules) {
+    const WrittenSite site;
+    WritePolls(site, "<RuleTrigger Name='lost' Rule='0001:01:01,State &gt; 2'/>");
+    const std::string event = "{\"kind\":\"state\",\"address\":\"1:1:1\",\"state\":3}\n";
+    const std::vector<std::string> run = {"run", site.Folder(), "--events", "-", "--fast"};
+    const auto with = [&](std::vector<std::string> more) {
+        more.insert(more.begin(), run.begin(), run.end());
+        return Brindle(std::move(more), event).out;
+    };
+    EXPECT_THAT(with({"--trace"}), HasSubstr("-> lost fires: condition has begun [0001:01:01,State=3]\n"));
+    EXPECT_THAT(with({}), HasSubstr("-> lost fires: condition has begun\n"));
+    EXPECT_THAT(with({"--trace", "--json"}),
+                HasSubstr(R"("verdict":2,"why":"condition has begun",)"
+                          R"("values":[{"address":"0001:01:01","name":"State","value":"3"}]})"));
+}
+
+TEST(ToolRun, AWrongRuleIsAWarningAndTheRunGoesOn) {
+    const WrittenSite site;
+    WritePolls(site, "<RuleTrigger Name='r' Rule='State &gt;'/><PollTrigger/>");
+    const ToolResult result =
+        Brindle({"run", site.Folder(), "--events", "-", "--fast"}, "{\"kind\":\"poll\"}\n");
+    EXPECT_EQ(result.code, 0);
+    EXPECT_THAT(result.out, HasSubstr("log      polled"));
+    EXPECT_THAT(result.err, HasSubstr("behaviours/a.xml: object a, trigger r: the rule is never true: "));
+    EXPECT_THAT(result.err, HasSubstr(" at column 7\n"));
+}
+
+TEST(ToolCheck, AWrongRuleIsToldWithItsColumn) {
+    const WrittenSite site;
+    WritePolls(site, "\n<RuleTrigger Rule='State &gt; 2 &amp; (Value'/>");
+    const std::string place = site.Folder() + "/behaviours/a.xml:2:1: ";
+    const std::vector<ToolRow> rows = {
+        {"wrong",
+         {"check", site.Folder()},
+         place + "attribute \"Rule\": \"(\" without \")\" at column 13\n",
+         "",
+         1,
+         {}},
+    };
+    for (const ToolRow& row : rows) CheckRow(row);
+}
+
 TEST(ToolCheck, TheStationIsClean) {
     CheckRow({"studio", {"check", kStudio}, "", "", 0, {}});
 }

@@ -5,6 +5,8 @@
 #include <climits>
 #include <cmath>
 #include <limits>
+#include <set>
+#include <string>
 
 namespace {
 
@@ -154,6 +156,22 @@ TEST(RuleValue, PoolHandsReleasedStringsOutAgain) {
     EXPECT_EQ(pool.Take(), first);
     EXPECT_TRUE(first->empty());
     EXPECT_NE(pool.Take(), first);
+}
+
+TEST(RuleValue, PoolGrowsAndReusesWhatItGrewBy) {
+    brindle::TextPool pool;
+    std::set<std::string*> taken;
+    for (int i = 0; i < 20; ++i) taken.insert(pool.Take());
+    EXPECT_EQ(taken.size(), 20u);
+    for (std::string* text : taken) {
+        *text = "used";
+        pool.Release(text);
+    }
+    for (int i = 0; i < 20; ++i) {
+        std::string* const text = pool.Take();
+        EXPECT_EQ(taken.erase(text), 1u);
+        EXPECT_TRUE(text->empty());
+    }
 }
 
 }  // namespace

@@ -142,6 +142,7 @@ void DeclareTool(Command& tool) {
     DeclareAddress(tool);
     DeclareFormat(tool);
     DeclareVariables(tool);
+    DeclareRule(tool);
     DeclareInfo(tool);
     tool.Note(
         "\"brindle COMMAND --help\" explains a command and shows examples. Results go to the standard "

@@ -130,12 +130,32 @@ class SlowPattern {
         ++m_at;
         return One([members, complement](char c) { return (members.count(c) > 0) != complement; });
     }
+    static Node Exactly(char c) {
+        return One([c](char other) { return other == c; });
+    }
+    // The byte that so many hexadecimal digits tell.
+    Node Coded(std::size_t digits) {
+        unsigned value = 0;
+        for (std::size_t i = 0; i < digits; ++i) {
+            const std::size_t digit =
+                AtEnd() ? std::string::npos : std::string("0123456789abcdefABCDEF").find(m_text[m_at]);
+            if (digit == std::string::npos) {
+                m_valid = false;
+                return Nothing();
+            }
+            value = value * 16 + static_cast<unsigned>(digit < 16 ? digit : digit - 6);
+            ++m_at;
+        }
+        m_valid = m_valid && value <= 0xFF;
+        return Exactly(static_cast<char>(value));
+    }
     Node Escape() {
         const char c = AtEnd() ? '\0' : m_text[m_at++];
         const Test digit = [](char other) { return other >= '0' && other <= '9'; };
         const Test letter = [](char other) {
             return (other >= 'A' && other <= 'Z') || (other >= 'a' && other <= 'z');
         };
+        const Test space = [](char other) { return other == ' ' || (other >= '\t' && other <= '\r'); };
         const auto oneOrMore = [](Node node) { return Sequence(node, Repeat(node)); };
         const auto quoted = [](char quote) {
             const Node mark = One([quote](char other) { return other == quote; });
@@ -162,6 +182,28 @@ class SlowPattern {
             }
             case 'q':
                 return Either(quoted('"'), quoted('\''));
+            case 't':
+                return Exactly('\t');
+            case 'v':
+                return Exactly('\v');
+            case 'f':
+                return Exactly('\f');
+            case 'r':
+                return Exactly('\r');
+            case '0':
+                return Exactly('\0');
+            case 'x':
+                return Coded(2);
+            case 'u':
+                return Coded(4);
+            case 's':
+                return One(space);
+            case 'D':
+                return One([=](char other) { return !digit(other); });
+            case 'S':
+                return One([=](char other) { return !space(other); });
+            case 'W':
+                return One([=](char other) { return !digit(other) && !letter(other) && other != '_'; });
             case 'w':
                 return oneOrMore(One(letter));
             case 'z':

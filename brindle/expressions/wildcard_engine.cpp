@@ -35,6 +35,14 @@ Compiled Compile(std::string_view pattern) {
 // The patterns used last, newest first. A station has few patterns; a search through 16 costs less than hashing.
 class PatternCache {
   public:
+    // The engine converts characters through the classic locale, whose tables are filled when first used and without a
+    // lock: filled here, they are only read by the threads that compile and match.
+    PatternCache() {
+        const auto& characters = std::use_facet<std::ctype<char>>(std::locale::classic());
+        for (int byte = 0; byte < 256; ++byte) characters.narrow(static_cast<char>(byte), ' ');
+        characters.widen('_');
+    }
+
     Compiled Get(std::string_view pattern) {
         if (std::optional<Compiled> known = Find(pattern)) return *std::move(known);
         Compiled compiled = Compile(pattern);

@@ -272,10 +272,10 @@ TEST(Wildcard, CacheServesSeveralThreads) {
 
 TEST(Wildcard, RandomPatternsAgainstSlowOnes) {
     std::mt19937 random(4242);
-    const std::vector<std::string> pieces = {"a",      "b",   "1",   " ",   ".",     "%",    "*",    "+",
-                                             "?",      "(",   ")",   "{",   "}",     "|",    "[ab]", "[^a]",
-                                             "[a-c1]", "\\a", "\\b", "\\c", "\\d",   "\\h",  "\\q",  "\\w",
-                                             "\\z",    "\\.", "^",   "$",   "(a|b)", "{ab}*"};
+    const std::vector<std::string> pieces = {
+        "a",   "b",   "1",    " ",    ".",      "%",   "*",   "+",   "?",     "(",    ")",   "{",
+        "}",   "|",   "[ab]", "[^a]", "[a-c1]", "\\a", "\\b", "\\c", "\\d",   "\\h",  "\\q", "\\w",
+        "\\z", "\\.", "\\D",  "\\S",  "\\W",    "\\s", "^",   "$",   "(a|b)", "{ab}*"};
     const std::string alphabet = "ab1 .'\"";
     int matches = 0;
     int invalid = 0;

@@ -157,8 +157,8 @@ TEST(EventReader, LongLinesArePassedOver) {
 TEST(BackgroundReader, GivesTheSameItems) {
     std::string lines;
     for (int i = 0; i < 1000; ++i) lines += "{\"kind\":\"poll\",\"t\":" + std::to_string(i) + "}\n";
-    auto* input = new std::istringstream(lines);  // the reading thread may outlive this test
-    BackgroundReader reader(*input, "f");
+    static auto& input = *new std::istringstream(lines);  // the reading thread may outlive this test
+    BackgroundReader reader(input, "f");
     std::uint64_t expected = 0;
     for (;;) {
         const auto item = reader.Next(milliseconds(10'000));

@@ -230,7 +230,7 @@ TEST(ToolFormat, TheLastStageIsTheResult) {
         ASSERT_NE(last, std::string::npos);
         std::string stage = result.err.substr(last + 17);
         stage = stage.substr(0, stage.find("  ("));
-        if (stage.back() == '\n') stage.pop_back();
+        if (stage.ends_with('\n')) stage.pop_back();
         EXPECT_EQ(stage + "\n", result.out);
     }
 }

@@ -135,7 +135,7 @@ bool Command::IsList(const CLI::Option& option) const {
 namespace {
 
 void DeclareTool(Command& tool) {
-    bool& unused = *new bool(false);  // asked for before CLI11 sees the arguments; lives with the process
+    static bool unused = false;  // asked for before CLI11 sees the arguments; the parser keeps a reference
     tool.Flag("--version", unused, "print the version");
     DeclareRun(tool);
     DeclareCheck(tool);

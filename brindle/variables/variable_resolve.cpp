@@ -34,7 +34,7 @@ class OffsetStack {
 
   private:
     std::size_t m_size = 0;
-    std::array<std::size_t, 16> m_near;  // NOLINT: written before it is read
+    std::array<std::size_t, 16> m_near;  // NOLINT(*-member-init): written before it is read
     std::vector<std::size_t> m_far;
 };
 

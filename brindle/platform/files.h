@@ -8,7 +8,9 @@
 // for. Thread: any.
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -16,6 +18,15 @@
 #include "brindle/framework/result.h"
 
 namespace brindle {
+
+// Tells one content of a file from another: two equal stamps that are settled mean the same bytes.
+struct FileStamp {
+    std::array<std::uint64_t, 6> marks{};
+    // Changed so recently that a further change might leave the same marks: not to be relied on.
+    bool settled = false;
+
+    bool SameContent(const FileStamp& later) const noexcept { return settled && marks == later.marks; }
+};
 
 class Files {
   public:
@@ -26,6 +37,19 @@ class Files {
     // Writes the whole file or nothing: a temporary file in the same folder, fsync, rename. An existing file
     // keeps its permission bits, and on failure stays as it was; no temporary file is left behind.
     virtual Result WriteWhole(std::string_view hostPath, std::string_view bytes) = 0;
+    // Adds to the end of the file, which is made when missing, all or nothing. A file that is longer than
+    // `emptyBeyond` bytes is emptied first. Texts of several processes do not mix.
+    virtual Result Append(std::string_view hostPath, std::string_view bytes, std::uint64_t emptyBeyond) = 0;
+    // Reads the whole file, has `edit` change its bytes and writes them as WriteWhole does; nothing is written
+    // when `edit` answers false. A missing file is an empty one with `exists` false; one that differs in letter
+    // case only is the file. Meanwhile no other Update of a file in that folder runs, in this process or any
+    // other on the machine; waits for them up to two seconds. `edit` must not call this service.
+    using Edit = std::function<bool(std::string& bytes, bool exists)>;
+    virtual Result Update(std::string_view hostPath, std::uint64_t limit, const Edit& edit) = 0;
+    // False, `stamp` unchanged, when there is no such regular file.
+    virtual bool Stamp(std::string_view hostPath, FileStamp& stamp) = 0;
+    // Whether the path names a folder.
+    virtual bool IsFolder(std::string_view hostPath) = 0;
     // The current directory as a host path. Empty when it is gone.
     virtual std::string CurrentDirectory() = 0;
     virtual Result SetCurrentDirectory(std::string_view hostPath) = 0;

@@ -202,6 +202,92 @@ TEST_P(FilesContract, WriteFailuresSayWhy) {
     EXPECT_EQ(Read(In("file")), "x");
 }
 
+TEST_P(FilesContract, AppendsAndEmptiesWhatIsTooLong) {
+    struct Row {
+        const char* label;
+        std::uint64_t emptyBeyond;
+        const char* bytes;
+        const char* expected;
+    };
+    const Row rows[] = {{"makes the file", 100, "one", "one"},
+                        {"adds", 100, "+two", "one+two"},
+                        {"exactly as long as allowed", 7, "+3", "one+two+3"},
+                        {"too long: emptied first", 8, "4", "4"},
+                        {"nothing to add", 0, "", ""}};
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.label);
+        EXPECT_TRUE(files().Append(In("log"), row.bytes, row.emptyBeyond).ok());
+        EXPECT_EQ(Read(In("log")), row.expected);
+    }
+    world().AddFolder("folder");
+    world().AddPipe("pipe");
+    EXPECT_EQ(files().Append(In("folder"), "x", 1).code, ErrorCode::kAccess);
+    EXPECT_EQ(files().Append(In("pipe"), "x", 1).code, ErrorCode::kAccess);
+    EXPECT_EQ(files().Append(In("none/x"), "x", 1).code, ErrorCode::kNotFound);
+    EXPECT_EQ(files().Append("", "x", 1).code, ErrorCode::kInvalidArgument);
+    world().AddFile("Site/Old.Log", "old");
+    EXPECT_TRUE(files().Append(In("site\\old.LOG"), "+new", 100).ok());
+    EXPECT_EQ(Read(In("Site/Old.Log")), "old+new") << "the file reading would find";
+}
+
+TEST_P(FilesContract, UpdatesAFileInPlaceOfItself) {
+    world().AddFile("Site/a.ini", "old");
+    std::string seen;
+    bool existed = false;
+    const auto edit = [&](bool write, const char* text) {
+        return [&, write, text](std::string& bytes, bool exists) {
+            seen = bytes;
+            existed = exists;
+            bytes = text;
+            return write;
+        };
+    };
+    EXPECT_TRUE(files().Update(In("Site/a.ini"), 10, edit(true, "new")).ok());
+    EXPECT_EQ(seen, "old");
+    EXPECT_TRUE(existed);
+    EXPECT_EQ(Read(In("Site/a.ini")), "new");
+    EXPECT_TRUE(files().Update(In("SITE\\A.INI"), 10, edit(true, "same file")).ok());
+    EXPECT_EQ(Read(In("Site/a.ini")), "same file");
+    EXPECT_TRUE(files().Update(In("Site/a.ini"), 10, edit(false, "unwritten")).ok());
+    EXPECT_EQ(Read(In("Site/a.ini")), "same file");
+    EXPECT_EQ(files().Update(In("Site/a.ini"), 8, edit(true, "x")).code, ErrorCode::kLimit);
+    EXPECT_TRUE(files().Update(In("site/B.ini"), 10, edit(false, "x")).ok());
+    EXPECT_FALSE(existed);
+    EXPECT_FALSE(files().Exists(In("Site/B.ini")));
+    EXPECT_TRUE(files().Update(In("site/B.ini"), 10, edit(true, "made")).ok());
+    EXPECT_EQ(Read(In("Site/B.ini")), "made");
+    EXPECT_EQ(files().Update(In("none/x"), 10, edit(true, "x")).code, ErrorCode::kNotFound);
+    EXPECT_EQ(files().Update(In("Site"), 10, edit(true, "x")).code, ErrorCode::kAccess);
+    EXPECT_EQ(files().Update("", 10, edit(true, "x")).code, ErrorCode::kInvalidArgument);
+}
+
+TEST_P(FilesContract, StampsChangeWithTheContent) {
+    world().AddFile("a", "one");
+    FileStamp before;
+    FileStamp after;
+    ASSERT_TRUE(files().Stamp(In("a"), before));
+    ASSERT_TRUE(files().Stamp(In("A"), after));
+    EXPECT_EQ(before.marks, after.marks);
+    EXPECT_EQ(before.SameContent(after), before.settled);
+    ASSERT_TRUE(files().WriteWhole(In("a"), "two").ok());
+    ASSERT_TRUE(files().Stamp(In("a"), after));
+    EXPECT_FALSE(before.SameContent(after));
+    const FileStamp kept = after;
+    EXPECT_FALSE(files().Stamp(In("missing"), after));
+    EXPECT_FALSE(files().Stamp(In(""), after));
+    EXPECT_FALSE(files().Stamp("", after));
+    EXPECT_EQ(after.marks, kept.marks);
+}
+
+TEST_P(FilesContract, TellsFoldersFromFiles) {
+    world().AddFile("Folder/File", "x");
+    EXPECT_TRUE(files().IsFolder(In("folder")));
+    EXPECT_TRUE(files().IsFolder(In("folder\\")));
+    EXPECT_FALSE(files().IsFolder(In("Folder/File")));
+    EXPECT_FALSE(files().IsFolder(In("none")));
+    EXPECT_FALSE(files().IsFolder(""));
+}
+
 TEST_P(FilesContract, ExistsForFilesAndFolders) {
     world().AddFile("Folder/File", "x");
     EXPECT_TRUE(files().Exists(In("Folder")));
@@ -352,6 +438,10 @@ TEST(Files, FakeFaults) {
     EXPECT_EQ(bytes, "old");
     EXPECT_TRUE(fake.WriteWhole("/a", "123").ok());
     EXPECT_FALSE(fake.WriteWhole("/a", "12").ok()) << "what was written is used up";
+    EXPECT_FALSE(fake.Append("/a", "12", 100).ok());
+    EXPECT_FALSE(fake.Update("/a", 100, [](std::string& text, bool) { return text += "12", true; }).ok());
+    EXPECT_TRUE(fake.ReadWhole("/a", 10, bytes).ok());
+    EXPECT_EQ(bytes, "123");
     fake.FailReads(true);
     EXPECT_FALSE(fake.ReadWhole("/a", 10, bytes).ok());
     fake.Remove("/a");

@@ -73,20 +73,60 @@ Result FakeFiles::ReadWhole(std::string_view hostPath, std::uint64_t limit, std:
     return {};
 }
 
-Result FakeFiles::WriteWhole(std::string_view hostPath, std::string_view bytes) {
-    const std::string path = SystemPath(hostPath, true);
-    if (path.empty()) return Fail(ErrorCode::kInvalidArgument, hostPath, "no path");
-    const std::string absolute = Absolute(path);
+Result FakeFiles::Put(std::string_view hostPath, const std::string& systemPath, std::string bytes,
+                      std::size_t written) {
+    if (systemPath.empty()) return Fail(ErrorCode::kInvalidArgument, hostPath, "no path");
+    const std::string absolute = Absolute(systemPath);
     const Node* old = Find(absolute);
     if (old && old->kind != Kind::kFile) return Fail(ErrorCode::kAccess, hostPath, "not a regular file");
     const Node* folder = Find(FolderOf(absolute));
     if (!folder || folder->kind != Kind::kFolder)
         return Fail(ErrorCode::kNotFound, hostPath, "no such file or folder");
-    if (m_space >= 0 && bytes.size() > static_cast<std::uint64_t>(m_space))
+    if (m_space >= 0 && written > static_cast<std::uint64_t>(m_space))
         return Fail(ErrorCode::kFailed, hostPath, "disk full");
-    if (m_space >= 0) m_space -= static_cast<std::int64_t>(bytes.size());
-    m_nodes[absolute] = {Kind::kFile, std::string(bytes)};
+    if (m_space >= 0) m_space -= static_cast<std::int64_t>(written);
+    m_nodes[absolute] = {Kind::kFile, std::move(bytes), ++m_versions};
     return {};
+}
+
+Result FakeFiles::WriteWhole(std::string_view hostPath, std::string_view bytes) {
+    return Put(hostPath, SystemPath(hostPath, true), std::string(bytes), bytes.size());
+}
+
+std::string FakeFiles::ExistingOrNew(std::string_view hostPath) {
+    const std::string found = SystemPath(hostPath, false);
+    return Find(found) ? found : SystemPath(hostPath, true);
+}
+
+Result FakeFiles::Append(std::string_view hostPath, std::string_view bytes, std::uint64_t emptyBeyond) {
+    const std::string path = ExistingOrNew(hostPath);
+    const Node* old = Find(path);
+    std::string all = old && old->bytes.size() <= emptyBeyond ? old->bytes : std::string();
+    all += bytes;
+    return Put(hostPath, path, std::move(all), bytes.size());
+}
+
+Result FakeFiles::Update(std::string_view hostPath, std::uint64_t limit, const Edit& edit) {
+    const std::string path = ExistingOrNew(hostPath);
+    std::string bytes;
+    const bool exists = Find(path) != nullptr;
+    if (exists)
+        if (Result failed = ReadWhole(hostPath, limit, bytes); !failed.ok()) return failed;
+    if (!edit(bytes, exists)) return {};
+    const std::size_t size = bytes.size();
+    return Put(hostPath, path, std::move(bytes), size);
+}
+
+bool FakeFiles::Stamp(std::string_view hostPath, FileStamp& stamp) {
+    const Node* node = Find(SystemPath(hostPath, false));
+    if (!node || node->kind != Kind::kFile) return false;
+    stamp = {{node->version}, true};
+    return true;
+}
+
+bool FakeFiles::IsFolder(std::string_view hostPath) {
+    const Node* node = Find(SystemPath(hostPath, false));
+    return node && node->kind == Kind::kFolder;
 }
 
 std::string FakeFiles::CurrentDirectory() {
@@ -116,7 +156,7 @@ bool FakeFiles::MapDrive(char letter, std::string_view systemFolder) {
 void FakeFiles::Add(const std::string& systemPath, Kind kind, std::string bytes) {
     const std::string path = Absolute(systemPath);
     for (std::string above = FolderOf(path); above != "/"; above = FolderOf(above)) m_nodes[above];
-    m_nodes[path] = {kind, std::move(bytes)};
+    m_nodes[path] = {kind, std::move(bytes), ++m_versions};
 }
 
 void FakeFiles::Remove(const std::string& systemPath) {

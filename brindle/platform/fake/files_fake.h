@@ -19,6 +19,10 @@ class FakeFiles final : public Files, private FolderView {
     bool Exists(std::string_view hostPath) override;
     Result ReadWhole(std::string_view hostPath, std::uint64_t limit, std::string& bytes) override;
     Result WriteWhole(std::string_view hostPath, std::string_view bytes) override;
+    Result Append(std::string_view hostPath, std::string_view bytes, std::uint64_t emptyBeyond) override;
+    Result Update(std::string_view hostPath, std::uint64_t limit, const Edit& edit) override;
+    bool Stamp(std::string_view hostPath, FileStamp& stamp) override;
+    bool IsFolder(std::string_view hostPath) override;
     std::string CurrentDirectory() override;
     Result SetCurrentDirectory(std::string_view hostPath) override;
     std::string SystemPath(std::string_view hostPath, bool forCreation) override;
@@ -36,6 +40,7 @@ class FakeFiles final : public Files, private FolderView {
     struct Node {
         Kind kind = Kind::kFolder;
         std::string bytes;
+        std::uint64_t version = 0;  // of the bytes; no two alike
     };
 
     bool HasEntry(const std::string& systemPath) override;
@@ -44,11 +49,16 @@ class FakeFiles final : public Files, private FolderView {
     std::string CurrentFolder() override { return m_current; }
     std::string Absolute(const std::string& systemPath) const;
     const Node* Find(const std::string& systemPath) const;
+    Result Put(std::string_view hostPath, const std::string& systemPath, std::string bytes,
+               std::size_t written);
+    // The file as reading finds it, else as it would be made.
+    std::string ExistingOrNew(std::string_view hostPath);
 
     HostPaths m_paths;
     std::map<std::string, Node> m_nodes;  // by absolute path, without a slash at the end
     std::string m_current = "/";
     std::int64_t m_space = -1;
+    std::uint64_t m_versions = 0;
     bool m_failReads = false;
 };
 

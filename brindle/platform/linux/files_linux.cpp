@@ -1,9 +1,11 @@
 // The Linux files service: whole files read within a limit and replaced in one step.
 //
 // Cannot: read or replace anything but regular files (folders, pipes and devices are refused without waiting
-// on them); keep the owner of a file it replaces when the process may not give files away.
+// on them); keep the owner of a file it replaces when the process may not give files away; keep processes of other
+// machines out of an update on a file system that does not share locks.
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -12,6 +14,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <ctime>
 #include <memory>
 #include <string>
 
@@ -49,6 +52,8 @@ Result SystemError(std::string_view hostPath, int error) {
             return because(ErrorCode::kLimit, "file too large");
         case EIO:
             return because(ErrorCode::kFailed, "input/output error");
+        case EWOULDBLOCK:
+            return because(ErrorCode::kFailed, "another program keeps it locked");
         default:
             return because(ErrorCode::kFailed, ("system error " + std::to_string(error)).c_str());
     }
@@ -184,6 +189,20 @@ class ReplacementFile {
     std::string m_path;  // empty: nothing to remove
 };
 
+// Locks a descriptor against other holders, waiting a little for them. 0, also where the file system knows no
+// locks, or the system's error.
+int Lock(int fd) {
+    constexpr int kAttempts = 400;
+    constexpr timespec kPause = {0, 5'000'000};  // 2 s in all
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        if (flock(fd, LOCK_EX | LOCK_NB) == 0) return 0;
+        if (errno == ENOLCK || errno == ENOTSUP || errno == EINVAL || errno == EBADF) return 0;
+        if (errno != EWOULDBLOCK && errno != EINTR) return errno;
+        nanosleep(&kPause, nullptr);
+    }
+    return EWOULDBLOCK;
+}
+
 // Where writing to `path` ends up: behind a symbolic link when it names one.
 std::string BehindLink(const std::string& path) {
     const std::unique_ptr<char, void (*)(void*)> real(realpath(path.c_str(), nullptr), &std::free);
@@ -201,34 +220,73 @@ class LinuxFiles final : public Files {
     Result ReadWhole(std::string_view hostPath, std::uint64_t limit, std::string& bytes) override {
         const std::string path = SystemPath(hostPath, false);
         if (path.empty()) return NoPath(hostPath);
-        struct stat status {};
-        if (stat(path.c_str(), &status) != 0) return SystemError(hostPath, errno);
-        if (Result refused = RefuseUnlessRegular(hostPath, status); !refused.ok()) return refused;
-        // Should the file become a pipe in between, opening does not wait either.
-        FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-        if (!file.ok() || fstat(file.get(), &status) != 0) return SystemError(hostPath, errno);
-        if (Result refused = RefuseUnlessRegular(hostPath, status); !refused.ok()) return refused;
-        std::string read;
-        if (status.st_size > 0 && static_cast<std::uint64_t>(status.st_size) > limit)
-            return SystemError(hostPath, EFBIG);
-        if (const int error = ReadUpTo(file.get(), limit, read)) return SystemError(hostPath, error);
-        bytes = std::move(read);
-        return {};
+        return ReadSystemFile(hostPath, path, limit, bytes);
     }
 
     Result WriteWhole(std::string_view hostPath, std::string_view bytes) override {
-        const std::string path = SystemPath(hostPath, true);
+        return Replace(hostPath, SystemPath(hostPath, true), bytes);
+    }
+
+    Result Append(std::string_view hostPath, std::string_view bytes, std::uint64_t emptyBeyond) override {
+        const std::string path = ExistingOrNew(hostPath);
         if (path.empty()) return NoPath(hostPath);
-        struct stat old {};
-        const bool exists = stat(path.c_str(), &old) == 0;
-        if (exists) {
-            if (Result refused = RefuseUnlessRegular(hostPath, old); !refused.ok()) return refused;
-            if (access(path.c_str(), W_OK) != 0) return SystemError(hostPath, errno);
-        }
-        ReplacementFile replacement(exists ? BehindLink(path) : path, exists ? &old : nullptr);
-        if (const int error = replacement.Write(bytes)) return SystemError(hostPath, error);
-        if (const int error = replacement.TakePlace()) return SystemError(hostPath, error);
-        return {};
+        struct stat status {};
+        if (stat(path.c_str(), &status) == 0)
+            if (Result refused = RefuseUnlessRegular(hostPath, status); !refused.ok()) return refused;
+        constexpr int kFlags = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+        FileDescriptor file(open(path.c_str(), kFlags, 0666));
+        if (!file.ok()) return SystemError(hostPath, errno);
+        if (const int error = Lock(file.get())) return SystemError(hostPath, error);
+        if (fstat(file.get(), &status) != 0) return SystemError(hostPath, errno);
+        if (Result refused = RefuseUnlessRegular(hostPath, status); !refused.ok()) return refused;
+        const bool tooLong = static_cast<std::uint64_t>(status.st_size) > emptyBeyond;
+        if (tooLong && ftruncate(file.get(), 0) != 0) return SystemError(hostPath, errno);
+        const int error = WriteAll(file.get(), bytes);
+        // A part of it would be worse than nothing.
+        if (error && ftruncate(file.get(), tooLong ? 0 : status.st_size) != 0)
+            return SystemError(hostPath, errno);
+        return error ? SystemError(hostPath, error) : Result{};
+    }
+
+    Result Update(std::string_view hostPath, std::uint64_t limit, const Edit& edit) override {
+        std::string path = ExistingOrNew(hostPath);
+        if (path.empty()) return NoPath(hostPath);
+        path = BehindLink(path);
+        // The folder is what is locked: it is there before the file is, and stays when the file is replaced.
+        const FileDescriptor folder(open(FolderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (!folder.ok()) return SystemError(hostPath, errno);
+        if (const int error = Lock(folder.get())) return SystemError(hostPath, error);
+        std::string bytes;
+        struct stat status {};
+        const bool exists = stat(path.c_str(), &status) == 0;
+        if (!exists && errno != ENOENT) return SystemError(hostPath, errno);
+        if (exists)
+            if (Result failed = ReadSystemFile(hostPath, path, limit, bytes); !failed.ok()) return failed;
+        return edit(bytes, exists) ? Replace(hostPath, path, bytes) : Result{};
+    }
+
+    bool Stamp(std::string_view hostPath, FileStamp& stamp) override {
+        const std::string path = SystemPath(hostPath, false);
+        struct stat status {};
+        if (path.empty() || stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
+        const auto number = [](auto value) { return static_cast<std::uint64_t>(value); };
+        const auto moment = [&](const timespec& at) {
+            return number(at.tv_sec) * 1'000'000'000 + number(at.tv_nsec);
+        };
+        stamp.marks = {number(status.st_dev),  number(status.st_ino),  number(status.st_size),
+                       moment(status.st_mtim), moment(status.st_ctim), number(status.st_mode)};
+        // The coarsest file systems count in steps of two seconds. Every change, whatever time it claims for
+        // itself, sets the time of change of the status.
+        timespec now{};
+        clock_gettime(CLOCK_REALTIME, &now);
+        stamp.settled = now.tv_sec - status.st_ctim.tv_sec > 3;
+        return true;
+    }
+
+    bool IsFolder(std::string_view hostPath) override {
+        const std::string path = SystemPath(hostPath, false);
+        struct stat status {};
+        return !path.empty() && stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
     }
 
     std::string CurrentDirectory() override {
@@ -254,6 +312,44 @@ class LinuxFiles final : public Files {
     }
 
   private:
+    static Result ReadSystemFile(std::string_view hostPath, const std::string& path, std::uint64_t limit,
+                                 std::string& bytes) {
+        struct stat status {};
+        if (stat(path.c_str(), &status) != 0) return SystemError(hostPath, errno);
+        if (Result refused = RefuseUnlessRegular(hostPath, status); !refused.ok()) return refused;
+        // Should the file become a pipe in between, opening does not wait either.
+        FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+        if (!file.ok() || fstat(file.get(), &status) != 0) return SystemError(hostPath, errno);
+        if (Result refused = RefuseUnlessRegular(hostPath, status); !refused.ok()) return refused;
+        std::string read;
+        if (status.st_size > 0 && static_cast<std::uint64_t>(status.st_size) > limit)
+            return SystemError(hostPath, EFBIG);
+        if (const int error = ReadUpTo(file.get(), limit, read)) return SystemError(hostPath, error);
+        bytes = std::move(read);
+        return {};
+    }
+
+    static Result Replace(std::string_view hostPath, const std::string& path, std::string_view bytes) {
+        if (path.empty()) return NoPath(hostPath);
+        struct stat old {};
+        const bool exists = stat(path.c_str(), &old) == 0;
+        if (exists) {
+            if (Result refused = RefuseUnlessRegular(hostPath, old); !refused.ok()) return refused;
+            if (access(path.c_str(), W_OK) != 0) return SystemError(hostPath, errno);
+        }
+        ReplacementFile replacement(exists ? BehindLink(path) : path, exists ? &old : nullptr);
+        if (const int error = replacement.Write(bytes)) return SystemError(hostPath, error);
+        if (const int error = replacement.TakePlace()) return SystemError(hostPath, error);
+        return {};
+    }
+
+    // The file as reading finds it, else as it would be made.
+    std::string ExistingOrNew(std::string_view hostPath) {
+        LinuxFolderView view;
+        std::string found = SystemPath(hostPath, false);
+        return !found.empty() && view.HasEntry(found) ? found : SystemPath(hostPath, true);
+    }
+
     static Result RefuseUnlessRegular(std::string_view hostPath, const struct stat& status) {
         if (S_ISREG(status.st_mode)) return {};
         if (S_ISDIR(status.st_mode)) return SystemError(hostPath, EISDIR);

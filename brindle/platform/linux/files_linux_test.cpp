@@ -11,6 +11,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <vector>
 
 #include "brindle/platform/backend.h"
 
@@ -118,6 +119,61 @@ TEST_F(LinuxFilesTest, FullDiskLeavesTheOldFileAndNothingElse) {
     EXPECT_EQ(WEXITSTATUS(status), 0);
     EXPECT_EQ(Get("file"), "old");
     EXPECT_EQ(EntryCount(), 1u);
+}
+
+// The same for what is added to a log: half a line is worse than none.
+TEST_F(LinuxFilesTest, FullDiskLeavesTheLogAsItWas) {
+    Put("log", "old");
+    const std::string path = In("log");
+    const pid_t child = fork();
+    if (child == 0) {
+        signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit = {1000, 1000};
+        if (setrlimit(RLIMIT_FSIZE, &limit) != 0) _exit(3);
+        _exit(BackendFiles().Append(path, std::string(5000, 'x'), 100'000).ok() ? 1 : 0);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_EQ(Get("log"), "old");
+}
+
+// Every process adds its lines by reading, changing and writing the file.
+TEST_F(LinuxFilesTest, UpdatesOfSeveralProcessesLoseNothing) {
+    constexpr int kProcesses = 4;
+    constexpr int kUpdates = 25;
+    const std::string path = In("shared");
+    std::vector<pid_t> children;
+    for (int process = 0; process < kProcesses; ++process) {
+        children.push_back(fork());
+        if (children.back() != 0) continue;
+        bool ok = true;
+        for (int i = 0; i < kUpdates; ++i)
+            ok = BackendFiles()
+                     .Update(path, 1u << 20,
+                             [](std::string& text, bool) {
+                                 text += '.';
+                                 return true;
+                             })
+                     .ok() &&
+                 ok;
+        _exit(ok ? 0 : 1);
+    }
+    for (const pid_t child : children) {
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        EXPECT_EQ(status, 0);
+    }
+    EXPECT_EQ(Get("shared").size(), std::size_t{kProcesses * kUpdates});
+    EXPECT_EQ(EntryCount(), 1u) << "neither a lock nor a temporary file stays";
+}
+
+TEST_F(LinuxFilesTest, AFreshFileIsNotSettled) {
+    Put("file", "x");
+    FileStamp stamp;
+    ASSERT_TRUE(BackendFiles().Stamp(In("file"), stamp));
+    EXPECT_FALSE(stamp.settled);
+    ASSERT_TRUE(BackendFiles().Stamp("/proc/self/exe", stamp));
 }
 
 TEST_F(LinuxFilesTest, DevicesAreRefused) {

@@ -1,6 +1,7 @@
 #include "brindle/platform/fake/files_fake.h"
 
 #include <algorithm>
+#include <atomic>
 
 #include "brindle/platform/system_text.h"
 
@@ -14,6 +15,12 @@ Result Fail(ErrorCode code, std::string_view hostPath, const char* why) {
 std::string FolderOf(const std::string& path) {
     const std::size_t slash = path.rfind('/');
     return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+// No two contents in the process have the same one, whatever object they belong to.
+std::uint64_t NextVersion() {
+    static constinit std::atomic<std::uint64_t> last{0};
+    return ++last;
 }
 
 }  // namespace
@@ -85,7 +92,7 @@ Result FakeFiles::Put(std::string_view hostPath, const std::string& systemPath, 
     if (m_space >= 0 && written > static_cast<std::uint64_t>(m_space))
         return Fail(ErrorCode::kFailed, hostPath, "disk full");
     if (m_space >= 0) m_space -= static_cast<std::int64_t>(written);
-    m_nodes[absolute] = {Kind::kFile, std::move(bytes), ++m_versions};
+    m_nodes[absolute] = {Kind::kFile, std::move(bytes), NextVersion()};
     return {};
 }
 
@@ -156,7 +163,7 @@ bool FakeFiles::MapDrive(char letter, std::string_view systemFolder) {
 void FakeFiles::Add(const std::string& systemPath, Kind kind, std::string bytes) {
     const std::string path = Absolute(systemPath);
     for (std::string above = FolderOf(path); above != "/"; above = FolderOf(above)) m_nodes[above];
-    m_nodes[path] = {kind, std::move(bytes), ++m_versions};
+    m_nodes[path] = {kind, std::move(bytes), NextVersion()};
 }
 
 void FakeFiles::Remove(const std::string& systemPath) {

@@ -58,7 +58,6 @@ class FakeFiles final : public Files, private FolderView {
     std::map<std::string, Node> m_nodes;  // by absolute path, without a slash at the end
     std::string m_current = "/";
     std::int64_t m_space = -1;
-    std::uint64_t m_versions = 0;
     bool m_failReads = false;
 };
 

@@ -66,6 +66,13 @@ struct XmlChildren {
     void Reset() noexcept { next = first; }
 };
 
+// What stands in the place of a text in a copy.
+struct XmlReplacement {
+    std::string_view from;  // empty: nothing is replaced
+    std::string_view to;
+};
+using XmlReplacements = std::vector<XmlReplacement>;
+
 class XmlDocument {
   public:
     virtual ~XmlDocument() = default;
@@ -104,6 +111,14 @@ class XmlDocument {
     virtual bool AppendInstruction(XmlNode* parent, const char* target, const char* data) = 0;
     // Adds the attribute, or replaces the one of that name.
     virtual bool SetAttribute(XmlNode* element, const char* name, const char* value) = 0;
+
+    // Appends a copy of an element with everything in it; it may stand in another document of the same backend,
+    // but not around `parent`. The copy declares the namespaces it needs. In attribute values, texts and
+    // comments each `from` becomes its `to`, from left to right (at one place the first of the list); what was
+    // put in is not searched again. No replacement ends a comment or a CDATA section early: "--" becomes
+    // "- -", and a section with "]]>" becomes a text. Null when `source` is of another backend.
+    virtual XmlNode* AppendCopy(XmlNode* parent, XmlDocument& source, XmlNode* element,
+                                const XmlReplacements& replacements) = 0;
 
     // The markup of an element with everything in it, and of the whole document with its declaration, in
     // UTF-8. The nodes exactly as they are: nothing between them, "<", ">" and "&" escaped, in attributes

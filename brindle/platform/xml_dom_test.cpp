@@ -405,6 +405,104 @@ TEST_P(XmlDomTest, CharactersThatXmlCannotHoldMakeMarkupFail) {
     }
 }
 
+TEST_P(XmlDomTest, CopiesAnElementWithEverythingInIt) {
+    const struct {
+        const char* label;
+        const char* source;
+        const char* path;
+        const char* expected;
+    } rows[] = {
+        {"alone", "<a/>", "/a", "<a/>"},
+        {"text and attributes", "<a x='1' y=''>t<b z='2'/>u</a>", "/a",
+         "<a x=\"1\" y=\"\">t<b z=\"2\"/>u</a>"},
+        {"siblings after a deep child", "<a><b><c><d/></c></b><e/>t</a>", "/a",
+         "<a><b><c><d/></c></b><e/>t</a>"},
+        {"only the part", "<a><b><c/></b><d/></a>", "/a/b", "<b><c/></b>"},
+        {"comment, section, instruction", "<a><!-- c --><![CDATA[<x> & y]]><?t d?></a>", "/a",
+         "<a><!-- c --><![CDATA[<x> & y]]><?t d?></a>"},
+        {"its own namespaces", "<p:a xmlns:p='u' xmlns='v'><b p:k='1'/></p:a>", "/*",
+         nullptr},  // declarations may stand in any order
+        {"namespaces from around it", "<r xmlns:p='u' xmlns:q='v'><p:a p:k='1'/></r>", "/r/*",
+         "<p:a xmlns:p=\"u\" p:k=\"1\"/>"},
+        {"a default one from around it", "<r xmlns='u'><a><b/></a></r>", "/*/*", "<a xmlns=\"u\"><b/></a>"},
+        {"the one nobody declares", "<a xml:space='preserve'> </a>", "/a", "<a xml:space=\"preserve\"> </a>"},
+        {"replaced once each", "<a k='%F% %V%'>%V%%F%<b>%F</b></a>", "/a",
+         "<a k=\"Fan %V% 42\">42Fan %V%<b>%F</b></a>"},
+        {"replaced in comments and sections", "<a><!--%F%--><![CDATA[%F%]]><?t %F%?></a>", "/a",
+         "<a><!--Fan %V%--><![CDATA[Fan %V%]]><?t %F%?></a>"},
+        {"not in names", "<a.F. F='1'/>", "/*", "<a.F. F=\"1\"/>"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.label);
+        XmlNode* element = nullptr;
+        ASSERT_TRUE(Parse(row.source).ok());
+        if (std::string(row.path) == "/r/*" || std::string(row.path) == "/*/*") {
+            XmlChildren children = document->Children(document->SelectSingle("/*"));
+            element = document->NextElement(children);
+        } else {
+            element = document->SelectSingle(row.path);
+        }
+        ASSERT_NE(element, nullptr);
+        const std::string original = MarkupOf(element);
+        const auto target = Create();
+        XmlNode* root = target->AppendElement(nullptr, "t");
+        target->AppendElement(root, "before");
+        XmlNode* copy =
+            target->AppendCopy(root, *document, element, {{"%F%", "Fan %V%"}, {"%V%", "42"}, {"", "x"}});
+        ASSERT_NE(copy, nullptr);
+        std::string markup;
+        ASSERT_TRUE(target->Markup(copy, markup).ok());
+        EXPECT_EQ(markup, row.expected ? row.expected : original);
+        EXPECT_EQ(MarkupOf(element), original) << "the source stays";
+        document.reset();
+        ASSERT_TRUE(target->SetAttribute(copy, "more", "1")) << "the copy lives on";
+        ASSERT_TRUE(target->Markup(root, markup).ok());
+        EXPECT_NE(markup.find("<t><before/><"), std::string::npos) << markup;
+    }
+}
+
+TEST_P(XmlDomTest, NoReplacementEndsACommentOrASection) {
+    XmlNode* root = Root("<a k='%V%'><!-- %V% --><!--%V%--><![CDATA[%V%]]>%V%</a>");
+    const struct {
+        const char* value;
+        const char* expected;
+    } rows[] = {
+        {"--><x/>",
+         "<a k=\"--&gt;&lt;x/&gt;\"><!-- - -><x/> --><!--- -><x/>--><![CDATA[--><x/>]]>--&gt;&lt;x/&gt;</a>"},
+        {"---", "<a k=\"---\"><!-- - - - --><!--- - - --><![CDATA[---]]>---</a>"},
+        {"]]>", "<a k=\"]]&gt;\"><!-- ]]> --><!--]]>-->]]&gt;]]&gt;</a>"},
+        {"\"", "<a k=\"&quot;\"><!-- \" --><!--\"--><![CDATA[\"]]>\"</a>"}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.value);
+        const auto target = Create();
+        XmlNode* copy = target->AppendCopy(nullptr, *document, root, {{"%V%", row.value}});
+        std::string markup;
+        ASSERT_TRUE(target->Markup(copy, markup).ok());
+        EXPECT_EQ(markup, row.expected);
+        XmlNode* read = Root(markup);
+        ASSERT_NE(read, nullptr);
+        EXPECT_EQ(Value(read, "k"), std::string("=") + row.value);
+        EXPECT_EQ(document->Text(read), std::string(row.value) + row.value);
+        root = Root("<a k='%V%'><!-- %V% --><!--%V%--><![CDATA[%V%]]>%V%</a>");
+    }
+}
+
+TEST_P(XmlDomTest, CopiesWithinADocumentAndDeepTrees) {
+    XmlNode* root = Root("<a><b x='1'><c/></b></a>");
+    XmlChildren children = document->Children(root);
+    XmlNode* copy = document->AppendCopy(root, *document, document->NextElement(children), {});
+    EXPECT_EQ(document->LocalName(copy), "b");
+    EXPECT_EQ(MarkupOf(root), "<a><b x=\"1\"><c/></b><b x=\"1\"><c/></b></a>");
+    document = Create();
+    XmlNode* node = document->AppendElement(nullptr, "n");
+    for (int i = 0; i < 100000; ++i) node = document->AppendElement(node, "n");
+    const auto target = Create();
+    copy = target->AppendCopy(nullptr, *document, document->SelectSingle("n"), {});
+    std::string markup;
+    ASSERT_TRUE(target->Markup(copy, markup).ok());
+    EXPECT_EQ(markup.size(), 100000u * 7 + 4);
+}
+
 TEST_P(XmlDomTest, ABuiltTreeMayHaveAnyDepthAndLength) {
     document = Create();
     XmlNode* node = document->AppendElement(nullptr, "n");
@@ -447,6 +545,14 @@ TEST(FakeXmlDomTest, FaultsCanBeSwitchedOn) {
     dom.FaultSwitches() = {};
     EXPECT_TRUE(document->DocumentMarkup(markup).ok());
     EXPECT_NE(dom.CreateDocument(), nullptr);
+}
+
+TEST(XmlDomCopyTest, ADocumentOfAnotherBackendIsNotCopied) {
+    const auto fake = FakeDom().CreateDocument();
+    const auto linked = BackendXmlDom().CreateDocument();
+    XmlNode* element = fake->AppendElement(nullptr, "a");
+    EXPECT_EQ(linked->AppendCopy(nullptr, *fake, element, {}), nullptr);
+    EXPECT_EQ(fake->AppendCopy(nullptr, *linked, linked->AppendElement(nullptr, "a"), {}), nullptr);
 }
 
 TEST(XmlDomSlotTest, TheBackendIsInPlaceWithoutAnyCall) {

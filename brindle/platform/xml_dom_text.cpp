@@ -1,6 +1,7 @@
 // See xml_dom_text.h.
 #include "brindle/platform/xml_dom_text.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -39,6 +40,18 @@ std::string_view Escape(char byte) {
         default:
             return "&#13;";
     }
+}
+
+// A comment holds no "--" and does not end with "-".
+std::string WithoutDoubleHyphens(std::string_view comment) {
+    std::string broken;
+    broken.reserve(comment.size());
+    for (const char c : comment) {
+        if (c == '-' && broken.ends_with('-')) broken += ' ';
+        broken += c;
+    }
+    if (broken.ends_with('-')) broken += ' ';
+    return broken;
 }
 
 // The shortest attribute is a blank, a letter, "=" and two quotes.
@@ -80,6 +93,35 @@ bool AppendXmlText(std::string_view text, XmlTextKind kind, std::string& markup)
         }
     }
     markup.append(text, copied);
+    return true;
+}
+
+bool ReplaceXmlText(std::string_view text, XmlTextKind kind, const XmlReplacements& replacements,
+                    std::string& replaced) {
+    const auto occurs = [&](const XmlReplacement& replacement) {
+        return !replacement.from.empty() && text.find(replacement.from) != std::string_view::npos;
+    };
+    if (std::none_of(replacements.begin(), replacements.end(), occurs)) return false;
+    // Where each of them stands next: no part of the text is searched twice for the same.
+    std::vector<std::size_t> next(replacements.size(), 0);
+    std::string changed;
+    std::size_t copied = 0;
+    for (;;) {
+        std::size_t first = 0;
+        for (std::size_t i = 0; i < next.size(); ++i) {
+            const std::string_view from = replacements[i].from;
+            if (from.empty())
+                next[i] = std::string_view::npos;
+            else if (next[i] != std::string_view::npos && (copied == 0 || next[i] < copied))
+                next[i] = text.find(from, copied);
+            if (next[i] < next[first]) first = i;
+        }
+        if (next[first] == std::string_view::npos) break;
+        changed.append(text, copied, next[first] - copied).append(replacements[first].to);
+        copied = next[first] + replacements[first].from.size();
+    }
+    changed.append(text, copied);
+    replaced = kind == XmlTextKind::kVerbatim ? WithoutDoubleHyphens(changed) : std::move(changed);
     return true;
 }
 

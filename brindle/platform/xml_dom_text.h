@@ -20,6 +20,11 @@ enum class XmlTextKind {
 // cannot: a control character other than tab, LF and CR, U+FFFE, U+FFFF, or bytes that are not UTF-8.
 bool AppendXmlText(std::string_view text, XmlTextKind kind, std::string& markup);
 
+// Whether a text of that kind changes by the replacements (xml_dom.h); `replaced` is then what it becomes, as
+// kVerbatim safe inside a comment, else unchanged.
+bool ReplaceXmlText(std::string_view text, XmlTextKind kind, const XmlReplacements& replacements,
+                    std::string& replaced);
+
 // The offset of the first "<" that may begin a start tag with more than kXmlMaxAttributes attributes; npos if
 // there is none. Sound for any text, well-formed or not: a start tag never runs over another "<". Linear, and
 // close to the speed of memchr, since a tag with that many attributes is long.

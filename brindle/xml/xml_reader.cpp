@@ -259,6 +259,12 @@ bool XMLReader::WriteAttribute(char const* name, int& /*value*/) {
     return false;
 }
 
+std::pair<XmlDocument*, XmlNode*> XMLReader::CurrentElement() const noexcept {
+    const Section* current = Current();
+    if (!current) return {};
+    return {current->document.get(), current->element};
+}
+
 bool XMLReader::GetPosition(std::uint32_t& line, std::uint32_t& column) const {
     const Section* current = Current();
     if (!current) return false;

@@ -28,6 +28,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "brindle/framework/export.h"
@@ -113,7 +114,11 @@ class BRINDLE_API XMLReader {
     bool GetPosition(std::uint32_t& line, std::uint32_t& column) const;
 
   private:
+    friend class XMLWriter;
     struct Section;
+
+    // The current section's element and its document; nulls when none is open.
+    std::pair<brindle::XmlDocument*, brindle_xml_node*> CurrentElement() const noexcept;
 
     brindle::Result LoadFile(char const* path, bool positions);
     brindle::Result LoadText(char const* text, bool positions);

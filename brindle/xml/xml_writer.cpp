@@ -5,6 +5,7 @@
 #include "brindle/platform/files.h"
 #include "brindle/platform/xml_dom.h"
 #include "brindle/xml/xml_bytes.h"
+#include "brindle/xml/xml_reader.h"
 
 using brindle::Utf8View;
 using brindle::XmlNode;
@@ -41,6 +42,21 @@ void XMLWriter::EnterSection(char const* name) {
     if (FindPlace(m_document.get(), m_sections, place))
         element = m_document->AppendElement(place, Utf8View(name, buffer).data());
     m_sections.push_back(element);  // null keeps enter and close balanced; nothing goes into such a section
+}
+
+bool XMLWriter::EnterCopy(const XMLReader& source, const std::vector<Replacement>& replacements) {
+    const auto [document, element] = source.CurrentElement();
+    XmlNode* place = nullptr;
+    if (!element || !FindPlace(m_document.get(), m_sections, place)) return false;
+    std::vector<std::string> buffers(2 * replacements.size());
+    brindle::XmlReplacements utf8;
+    utf8.reserve(replacements.size());
+    for (const Replacement& replacement : replacements)
+        utf8.push_back({Utf8View(replacement.from, buffers[2 * utf8.size()]),
+                        Utf8View(replacement.to, buffers[2 * utf8.size() + 1])});
+    XmlNode* copy = m_document->AppendCopy(place, *document, element, utf8);
+    if (copy) m_sections.push_back(copy);
+    return copy != nullptr;
 }
 
 void XMLWriter::CloseSection() {

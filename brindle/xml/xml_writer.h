@@ -25,9 +25,16 @@ struct brindle_xml_node;
 namespace brindle {
 class XmlDocument;
 }
+class XMLReader;
 
 class BRINDLE_API XMLWriter {
   public:
+    // What stands in the place of a text in a copy; an empty `from` replaces nothing.
+    struct Replacement {
+        CStringA from;
+        CStringA to;
+    };
+
     XMLWriter();
     virtual ~XMLWriter();
     XMLWriter(const XMLWriter& other);
@@ -40,6 +47,11 @@ class BRINDLE_API XMLWriter {
     // Appends a new element to the current section (the document itself when none is open) and makes it the
     // current section. The name is used as given, without checking. Nesting is the caller's.
     void EnterSection(char const* name);
+    // Appends a copy of the reader's current section with everything in it (attributes, elements, texts, comments,
+    // namespaces) and makes it the current section, open for more. In attribute values, texts and comments each
+    // `from` becomes its `to`, from left to right; what was put in is not searched again. False, and nothing
+    // entered, when the reader has no section open.
+    bool EnterCopy(const XMLReader& source, const std::vector<Replacement>& replacements = {});
     // Closes the current section. Calls are balanced by the caller; one too many does nothing.
     void CloseSection();
 

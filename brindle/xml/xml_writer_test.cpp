@@ -220,6 +220,30 @@ TEST(XMLWriterTest, FaultsOfTheServiceAreReportedAsFailures) {
     EXPECT_EQ(Saved(writer), kDeclaration + "<a/>");
 }
 
+TEST(XMLWriterTest, CopiesASectionOfAReaderWithTextsReplaced) {
+    XMLReader reader;
+    CStringA unused;
+    ASSERT_TRUE(reader.LoadFromString("<r xmlns:p='u'><p:a k='%F% \xFC'><!-- %F% --><b>%V%</b>%F%</p:a></r>",
+                                      unused));
+    Initialized writer;
+    EXPECT_FALSE(writer.EnterCopy(reader)) << "no section is open";
+    EXPECT_EQ(Saved(writer), kDeclaration);
+    ASSERT_TRUE(reader.EnterSection("r", true));
+    ASSERT_TRUE(reader.EnterSection("a", true));
+    EXPECT_FALSE(XMLWriter().EnterCopy(reader)) << "not initialised";
+    writer.EnterSection("t");
+    ASSERT_TRUE(writer.EnterCopy(reader, {{"%F%", "<\x80>"}, {"%V%", "%F%"}, {"", "x"}}));
+    writer.WriteAttribute("more", true);
+    writer.CloseSection();
+    ASSERT_TRUE(writer.EnterCopy(reader));
+    writer.CloseSection();
+    writer.CloseSection();
+    EXPECT_EQ(Saved(writer),
+              kDeclaration +
+                  "<t><p:a xmlns:p=\"u\" k=\"&lt;\x80&gt; \xFC\" more=\"TRUE\"><!-- <\x80> --><b>%F%</b>"
+                  "&lt;\x80&gt;</p:a><p:a xmlns:p=\"u\" k=\"%F% \xFC\"><!-- %F% --><b>%V%</b>%F%</p:a></t>");
+}
+
 TEST(XMLWriterTest, ACopySharesTheDocument) {
     Initialized writer;
     writer.EnterSection("a");

@@ -1,6 +1,7 @@
 // See xml_dom_fake.h.
 #include "brindle/platform/fake/xml_dom_fake.h"
 
+#include <set>
 #include <utility>
 
 #include "brindle/platform/fake/xml_dom_fake_tree.h"
@@ -219,6 +220,23 @@ class FakeXmlDocument final : public XmlDocument {
         return true;
     }
 
+    XmlNode* AppendCopy(XmlNode* parent, XmlDocument& source, XmlNode* element,
+                        const XmlReplacements& replacements) override {
+        if (!dynamic_cast<FakeXmlDocument*>(&source)) return nullptr;
+        FakeXmlNode* const top = In(element);
+        FakeXmlNode* const copy = &AppendNodeCopy(parent ? *In(parent) : m_tree->top(), *top, replacements);
+        FakeXmlNode* above = copy;
+        DeclareOutside(*top, *copy);
+        const auto ended = [&](FakeXmlNode* left) {
+            if (left != top) above = above->parent;
+        };
+        for (FakeXmlNode* node = Next(top, top, ended); node; node = Next(node, top, ended)) {
+            FakeXmlNode& made = AppendNodeCopy(*above, *node, replacements);
+            if (!node->children.empty()) above = &made;
+        }
+        return Out(copy);
+    }
+
     Result Markup(XmlNode* element, std::string& utf8) override {
         if (m_faults->markup) return Result::Error(ErrorCode::kFailed, "the fake was told to fail");
         std::string markup;
@@ -236,6 +254,42 @@ class FakeXmlDocument final : public XmlDocument {
     }
 
   private:
+    FakeXmlNode& AppendNodeCopy(FakeXmlNode& parent, const FakeXmlNode& node,
+                                const XmlReplacements& replacements) {
+        const auto kind = node.kind == Kind::kComment ? XmlTextKind::kVerbatim : XmlTextKind::kText;
+        std::string value = node.value;
+        if (node.kind != Kind::kInstruction) ReplaceXmlText(node.value, kind, replacements, value);
+        const bool section = node.kind == Kind::kCData && value.find("]]>") == std::string::npos;
+        FakeXmlNode& copy =
+            m_tree->Append(parent, node.kind == Kind::kCData && !section ? Kind::kText : node.kind, node.name,
+                           std::move(value));
+        copy.attributes = node.attributes;
+        for (auto& attribute : copy.attributes)
+            if (!attribute.name.starts_with("xmlns"))
+                ReplaceXmlText(attribute.value, XmlTextKind::kAttribute, replacements, attribute.value);
+        return copy;
+    }
+
+    // Declares in the copy what the elements around `top` declare and something in it uses.
+    static void DeclareOutside(FakeXmlNode& top, FakeXmlNode& copy) {
+        std::set<std::string> used;
+        for (FakeXmlNode* node = &top; node; node = Next(node, &top)) {
+            used.insert("xmlns" + Prefix(node->name));
+            for (const auto& attribute : node->attributes)
+                if (!Prefix(attribute.name).empty()) used.insert("xmlns" + Prefix(attribute.name));
+        }
+        for (const auto& attribute : top.attributes) used.erase(attribute.name);
+        for (const FakeXmlNode* outer = top.parent; outer; outer = outer->parent)
+            for (const auto& attribute : outer->attributes)
+                if (used.erase(attribute.name) > 0)
+                    copy.attributes.insert(copy.attributes.begin(), attribute);
+    }
+    // ":p" of "p:name", "" of a name without a prefix.
+    static std::string Prefix(const std::string& name) {
+        const std::size_t colon = name.find(':');
+        return colon == std::string::npos ? std::string() : ":" + name.substr(0, colon);
+    }
+
     FakeXmlNode& Append(XmlNode* parent, Kind kind, const char* name, const char* value) {
         return m_tree->Append(parent ? *In(parent) : m_tree->top(), kind, name, value ? value : "");
     }

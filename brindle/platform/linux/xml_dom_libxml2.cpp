@@ -10,13 +10,14 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
-#include <new>
 #include <utility>
 
+#include "brindle/platform/linux/xml_dom_libxml2_copy.h"
 #include "brindle/platform/linux/xml_dom_libxml2_decode.h"
 #include "brindle/platform/linux/xml_dom_libxml2_markup.h"
 #include "brindle/platform/linux/xml_dom_libxml2_parse.h"
 #include "brindle/platform/linux/xml_dom_libxml2_select.h"
+#include "brindle/platform/linux/xml_dom_libxml2_tree.h"
 
 namespace brindle {
 namespace {
@@ -27,19 +28,6 @@ xmlNode* In(XmlNode* node) {
 XmlNode* Out(xmlNode* node) {
     return reinterpret_cast<XmlNode*>(node);
 }
-const xmlChar* Chars(const char* text) {
-    return reinterpret_cast<const xmlChar*>(text ? text : "");
-}
-const char* Chars(const xmlChar* text) {
-    return text ? reinterpret_cast<const char*>(text) : "";
-}
-
-template <class Node>
-Node* Allocated(Node* node) {
-    if (!node) throw std::bad_alloc();
-    return node;
-}
-
 bool Equals(const xmlChar* text, std::string_view other) {
     const char* chars = Chars(text);
     return std::strncmp(chars, other.data(), other.size()) == 0 && chars[other.size()] == '\0';
@@ -74,24 +62,6 @@ xmlAttr* FindByName(const xmlNode* element, std::string_view name) {
     for (xmlAttr* attribute = element->properties; attribute; attribute = attribute->next)
         if (HasName(attribute->ns, attribute->name, name)) return attribute;
     return nullptr;
-}
-
-// An attribute's text where it lies, or put together in `buffer` when it has several parts.
-std::string_view ValueOf(const xmlAttr* attribute, std::string& buffer) {
-    const xmlNode* part = attribute->children;
-    if (!part) return {};
-    if (!part->next) return Chars(part->content);
-    buffer.clear();
-    for (; part; part = part->next) buffer += Chars(part->content);
-    return buffer;
-}
-
-// libxml2's own appending joins neighbouring texts, which makes a long row of them quadratic.
-void Link(xmlNode* parent, xmlNode* node) {
-    node->parent = parent;
-    node->prev = parent->last;
-    (parent->last ? parent->last->next : parent->children) = node;
-    parent->last = node;
 }
 
 // The declared namespace a prefixed name means at a node, and the name's local part; no namespace and the
@@ -140,6 +110,11 @@ class Libxml2Document final : public XmlDocument {
     }
     bool AppendInstruction(XmlNode* parent, const char* target, const char* data) override;
     bool SetAttribute(XmlNode* element, const char* name, const char* value) override;
+    XmlNode* AppendCopy(XmlNode* parent, XmlDocument& source, XmlNode* element,
+                        const XmlReplacements& replacements) override {
+        if (!dynamic_cast<Libxml2Document*>(&source)) return nullptr;
+        return Out(AppendCopyByLibxml2(m_document, Parent(parent), In(element), replacements));
+    }
 
     Result Markup(XmlNode* element, std::string& utf8) override;
     Result DocumentMarkup(std::string& utf8) override;

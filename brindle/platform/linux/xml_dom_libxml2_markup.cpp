@@ -91,7 +91,8 @@ const xmlNode* Next(const xmlNode* node, const xmlNode* top, Ended ended) {
     return nullptr;
 }
 
-// The declarations on the elements around `top` that something in it needs.
+}  // namespace
+
 std::vector<const xmlNs*> OutsideNamespaces(const xmlNode* top) {
     std::vector<const xmlNs*> declared;
     for (const xmlNode* outer = top->parent; outer && outer->type == XML_ELEMENT_NODE; outer = outer->parent)
@@ -110,8 +111,6 @@ std::vector<const xmlNs*> OutsideNamespaces(const xmlNode* top) {
     }
     return used;
 }
-
-}  // namespace
 
 bool AppendMarkup(const xmlNode* top, std::string& markup) {
     if (top->type != XML_ELEMENT_NODE) return AppendLeaf(top, markup);

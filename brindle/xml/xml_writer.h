@@ -30,7 +30,7 @@ class XMLReader;
 class BRINDLE_API XMLWriter {
   public:
     // What stands in the place of a text in a copy; an empty `from` replaces nothing.
-    struct Replacement {
+    struct BRINDLE_API Replacement {
         CStringA from;
         CStringA to;
     };

@@ -27,6 +27,10 @@ void ReadSection(XMLReader& reader) {
         reader.ReadAttribute(name, longNumber);
         reader.ReadAttribute(name, flag);
     }
+    std::vector<XMLAttribute> attributes;
+    reader.ReadAttributes(attributes);
+    for (const XMLAttribute& attribute : attributes)
+        if (!reader.ReadAttribute(attribute.name, string) || string != attribute.value) std::abort();
     reader.GetPosition(line, column);
 }
 

@@ -14,10 +14,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "brindle/framework/result.h"
 
@@ -50,11 +50,13 @@ struct XmlPosition {
     std::uint32_t column = 0;
 };
 
+// The texts last as long as the visit they are shown in.
 struct XmlAttribute {
-    std::string localName;
-    std::string name;  // as written, with its prefix
-    std::string value;
+    std::string_view prefix;  // as written, without its colon; empty: none
+    std::string_view localName;
+    std::string_view value;
 };
+using XmlAttributeVisitor = std::function<void(const XmlAttribute&)>;
 
 // The child nodes an element had when the list was made, and a place among them. Children appended later are
 // not in the list.
@@ -93,8 +95,8 @@ class XmlDocument {
     // `buffer` and lasts as long as both stay unchanged. False, nothing written, when there is none.
     virtual bool FindAttribute(XmlNode* element, std::string_view name, std::string& buffer,
                                std::string_view& value) = 0;
-    // All of them, namespace declarations (which come first) included.
-    virtual std::vector<XmlAttribute> Attributes(XmlNode* element) = 0;
+    // Shows all of them in document order, namespace declarations first. The visitor changes nothing.
+    virtual void VisitAttributes(XmlNode* element, const XmlAttributeVisitor& visit) = 0;
     // The texts of the element and of its descendants, one after the other.
     virtual std::string Text(XmlNode* element) = 0;
     // Where the element stood in the source; zeros when positions were not recorded or it was built. An

@@ -164,9 +164,22 @@ const std::vector<CStringA>& XMLReader::GetAttributeNames() const {
     static std::vector<CStringA>& names = *new std::vector<CStringA>;
     names.clear();
     if (const Section* current = Current())
-        for (const auto& attribute : current->document->Attributes(current->element))
+        current->document->VisitAttributes(current->element, [](const brindle::XmlAttribute& attribute) {
             names.push_back(ToCString(attribute.localName));
+        });
     return names;
+}
+
+void XMLReader::ReadAttributes(std::vector<XMLAttribute>& attributes) const {
+    std::size_t count = 0;
+    if (const Section* current = Current())
+        current->document->VisitAttributes(current->element, [&](const brindle::XmlAttribute& attribute) {
+            if (!attribute.prefix.empty()) return;
+            if (count == attributes.size()) attributes.emplace_back();
+            AssignBytes(attribute.localName, attributes[count].name.str());
+            AssignBytes(attribute.value, attributes[count++].value.str());
+        });
+    attributes.resize(count);
 }
 
 bool XMLReader::FindAttribute(char const* name, std::string& buffer, std::string_view& value) const {

@@ -40,6 +40,11 @@ namespace brindle {
 class XmlDocument;
 }
 
+struct XMLAttribute {
+    CStringA name;
+    CStringA value;
+};
+
 class BRINDLE_API XMLReader {
   public:
     XMLReader();
@@ -79,6 +84,10 @@ class BRINDLE_API XMLReader {
     // The local names of the current element's attributes in document order, empty when no section is open.
     // One list shared by all readers: valid until the next call on any reader; copy it to keep it.
     const std::vector<CStringA>& GetAttributeNames() const;
+    // Names and texts of the current element's attributes in document order, those with a prefix left out: what
+    // GetAttributeNames and ReadAttribute say together, in one pass over the element. `attributes` is emptied
+    // first (its storage is used again).
+    void ReadAttributes(std::vector<XMLAttribute>& attributes) const;
 
     // Each returns whether the current element has the attribute (by its name as written, prefix included) in
     // a readable form.

@@ -219,6 +219,27 @@ TEST(XMLReaderTest, KeptAttributeNamesAreOneListForAllReaders) {
     EXPECT_TRUE(names.empty());
 }
 
+TEST(XMLReaderTest, ReadsAllAttributesWithoutPrefixAtOnce) {
+    Loaded reader(
+        "<L xmlns:p='u' xmlns='v' b='1' p:a='2' a='\xC3\xA9&amp;' undeclared='' p:c='3' c='4'><E/></L>");
+    std::vector<XMLAttribute> attributes(7);
+    reader.ReadAttributes(attributes);
+    std::string all;
+    for (const XMLAttribute& attribute : attributes) {
+        all += attribute.name.str() + "=" + attribute.value.str() + ";";
+        CStringA value;
+        EXPECT_TRUE(reader.ReadAttribute(attribute.name, value)) << attribute.name.GetString();
+        EXPECT_EQ(value, attribute.value) << attribute.name.GetString();
+    }
+    EXPECT_EQ(all, "xmlns=v;b=1;a=\xC3\xA9&;undeclared=;c=4;");
+    ASSERT_TRUE(reader.EnterSection("E", true));
+    reader.ReadAttributes(attributes);
+    EXPECT_TRUE(attributes.empty());
+    attributes.resize(2);
+    XMLReader().ReadAttributes(attributes);
+    EXPECT_TRUE(attributes.empty());
+}
+
 TEST(XMLReaderTest, ChildSectionsAreThoseOfTheMomentTheSectionWasEntered) {
     Loaded reader("<L><A/><B/></L>");
     reader.CreateSection("C");

@@ -163,15 +163,16 @@ class FakeXmlDocument final : public XmlDocument {
         return false;
     }
 
-    std::vector<XmlAttribute> Attributes(XmlNode* element) override {
-        std::vector<XmlAttribute> declarations;
-        std::vector<XmlAttribute> others;
-        for (const auto& [name, value] : In(element)->attributes) {
-            const bool declares = name == "xmlns" || name.starts_with("xmlns:");
-            (declares ? declarations : others).push_back({std::string(AfterColon(name)), name, value});
+    void VisitAttributes(XmlNode* element, const XmlAttributeVisitor& visit) override {
+        for (const bool declarations : {true, false}) {
+            for (const auto& [name, value] : In(element)->attributes) {
+                const bool declares = name == "xmlns" || name.starts_with("xmlns:");
+                if (declares != declarations) continue;
+                const std::string_view local = AfterColon(name);
+                const std::string_view before = std::string_view(name).substr(0, name.size() - local.size());
+                visit({before.substr(0, before.rfind(':')), local, value});
+            }
         }
-        declarations.insert(declarations.end(), others.begin(), others.end());
-        return declarations;
     }
 
     std::string Text(XmlNode* element) override {

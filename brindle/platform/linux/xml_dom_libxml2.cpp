@@ -41,10 +41,6 @@ bool HasName(const xmlNs* ns, const xmlChar* local, std::string_view name) {
            Equals(local, name.substr(prefix.size() + 1));
 }
 
-std::string Qualified(const char* prefix, const char* local) {
-    return *prefix ? std::string(prefix) + ':' + local : std::string(local);
-}
-
 std::string_view AfterColon(std::string_view name) {
     return name.substr(name.rfind(':') + 1);
 }
@@ -97,7 +93,7 @@ class Libxml2Document final : public XmlDocument {
     }
     bool FindAttribute(XmlNode* element, std::string_view name, std::string& buffer,
                        std::string_view& value) override;
-    std::vector<XmlAttribute> Attributes(XmlNode* element) override;
+    void VisitAttributes(XmlNode* element, const XmlAttributeVisitor& visit) override;
     std::string Text(XmlNode* element) override;
     XmlPosition Position(XmlNode* element) override;
 
@@ -178,18 +174,19 @@ bool Libxml2Document::FindAttribute(XmlNode* element, std::string_view name, std
     return declaration != nullptr;
 }
 
-std::vector<XmlAttribute> Libxml2Document::Attributes(XmlNode* element) {
-    std::vector<XmlAttribute> all;
+void Libxml2Document::VisitAttributes(XmlNode* element, const XmlAttributeVisitor& visit) {
     for (const xmlNs* ns = In(element)->nsDef; ns; ns = ns->next)
-        all.push_back({ns->prefix ? Chars(ns->prefix) : "xmlns",
-                       ns->prefix ? Qualified("xmlns", Chars(ns->prefix)) : "xmlns", Chars(ns->href)});
+        visit({ns->prefix ? "xmlns" : "", ns->prefix ? Chars(ns->prefix) : "xmlns", Chars(ns->href)});
     std::string buffer;
     for (const xmlAttr* attribute = In(element)->properties; attribute; attribute = attribute->next) {
-        const char* prefix = attribute->ns ? Chars(attribute->ns->prefix) : "";
-        all.push_back({std::string(AfterColon(Chars(attribute->name))),
-                       Qualified(prefix, Chars(attribute->name)), std::string(ValueOf(attribute, buffer))});
+        const std::string_view name = Chars(attribute->name);
+        const std::string_view local = AfterColon(name);
+        const std::string_view undeclared = name.substr(0, name.size() - local.size());
+        const std::string_view prefix = attribute->ns && attribute->ns->prefix
+                                            ? Chars(attribute->ns->prefix)
+                                            : undeclared.substr(0, undeclared.rfind(':'));
+        visit({prefix, local, ValueOf(attribute, buffer)});
     }
-    return all;
 }
 
 std::string Libxml2Document::Text(XmlNode* element) {

@@ -34,6 +34,7 @@ class ZoneClock final : public Clock {
         out.utcOffsetSeconds = offset;
         return true;
     }
+    TimeZone StandardZone() override { return {"XYZ", before}; }
 };
 
 Schedule MakeSchedule(int every, const char* at, const char* days) {

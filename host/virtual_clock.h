@@ -20,6 +20,7 @@ class VirtualClock final : public Clock {
     std::uint64_t SystemTicks() override;
     std::uint64_t MonotonicMilliseconds() override { return m_elapsed; }
     bool ToLocalTime(std::int64_t unixSeconds, LocalTime& out) override;
+    TimeZone StandardZone() override { return {"UTC", 0}; }
 
     // Milliseconds since the start of the run; time never goes back.
     std::uint64_t Elapsed() const noexcept { return m_elapsed; }

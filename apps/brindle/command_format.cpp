@@ -34,6 +34,7 @@ class StandingClock final : public Clock {
     bool ToLocalTime(std::int64_t unixSeconds, LocalTime& out) override {
         return m_real.ToLocalTime(unixSeconds, out);
     }
+    TimeZone StandardZone() override { return m_real.StandardZone(); }
 
   private:
     Clock& m_real;

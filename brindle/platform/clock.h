@@ -3,11 +3,18 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "brindle/framework/export.h"
 #include "brindle/framework/local_time.h"
 
 namespace brindle {
+
+// A time zone outside daylight saving.
+struct TimeZone {
+    std::string name;          // as the system names it ("CET"); may be empty
+    int utcOffsetSeconds = 0;  // east of Greenwich is positive
+};
 
 class Clock {
   public:
@@ -18,6 +25,8 @@ class Clock {
     // Breaks seconds since 1970-01-01 UTC down in the local time zone. False, and `out` unchanged, when the
     // moment cannot be expressed (the year does not fit, the zone is unknown).
     virtual bool ToLocalTime(std::int64_t unixSeconds, LocalTime& out) = 0;
+    // The local time zone as it stands at present, outside daylight saving. A zone that is unknown counts as UTC.
+    virtual TimeZone StandardZone() = 0;
 
   protected:
     ~Clock() = default;  // never destroyed through this interface

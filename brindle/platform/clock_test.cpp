@@ -68,6 +68,13 @@ TEST_P(ClockContract, LocalTimeFailureLeavesTheOutput) {
     EXPECT_EQ(local.year, 7);
 }
 
+TEST_P(ClockContract, StandardZoneIsAnOffsetOfLocalTime) {
+    const TimeZone zone = clock().StandardZone();
+    EXPECT_FALSE(zone.name.empty());
+    EXPECT_LE(std::abs(zone.utcOffsetSeconds), 26 * 3600);
+    EXPECT_EQ(zone.utcOffsetSeconds, clock().StandardZone().utcOffsetSeconds);
+}
+
 TEST(Clock, SlotFallsBackToTheSystem) {
     FakeClock fake;
     EXPECT_EQ(SetClock(&fake), nullptr);
@@ -91,6 +98,10 @@ TEST(Clock, FakeHasAnOffsetAndCanFail) {
     EXPECT_EQ(local.year, 1969);
     EXPECT_EQ(local.hour, 23);
     EXPECT_EQ(local.utcOffsetSeconds, -3600);
+    fake.SetDaylightSaving(3600);
+    fake.SetZoneName("XYZ");
+    EXPECT_EQ(fake.StandardZone().utcOffsetSeconds, -7200);
+    EXPECT_EQ(fake.StandardZone().name, "XYZ");
     fake.FailLocalTime(true);
     EXPECT_FALSE(fake.ToLocalTime(0, local));
 }
@@ -109,6 +120,27 @@ TEST(Clock, SystemClockFollowsTheZone) {
     EXPECT_EQ(offsetIn("UTC0"), 0);
     EXPECT_EQ(offsetIn("ABC-5:30"), 19'800);
     EXPECT_EQ(offsetIn("CET-1CEST,M3.5.0,M10.5.0/3"), 7200);
+
+    struct Row {
+        const char* zone;
+        const char* name;
+        int offset;
+    };
+    const Row rows[] = {
+        {"UTC0", "UTC", 0},
+        {"ABC-5:30", "ABC", 19'800},
+        {"CET-1CEST,M3.5.0,M10.5.0/3", "CET", 3600},  // on either side of the change the same
+        {"CET-1CEST,M10.5.0,M3.5.0/3", "CET", 3600},
+        {"EST5EDT,M3.2.0,M11.1.0", "EST", -18'000},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.zone);
+        setenv("TZ", row.zone, 1);
+        tzset();
+        const TimeZone zone = BackendClock().StandardZone();
+        EXPECT_EQ(zone.name, row.name);
+        EXPECT_EQ(zone.utcOffsetSeconds, row.offset);
+    }
     before ? setenv("TZ", kept.c_str(), 1) : unsetenv("TZ");
     tzset();
 }

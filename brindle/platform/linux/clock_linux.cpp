@@ -1,6 +1,7 @@
 // The Linux clock: CLOCK_REALTIME, CLOCK_MONOTONIC and localtime_r.
 //
-// Cannot: tell a change of the zone's own file while the process runs (a host that changes TZ calls tzset).
+// Cannot: tell a change of the zone's own file while the process runs (a host that changes TZ calls tzset); name
+// the standard time of a zone that is on daylight saving all year (what it has now is then taken for it).
 #include <time.h>
 
 #include <ctime>
@@ -44,6 +45,22 @@ class LinuxClock final : public Clock {
         out.yearDay = local.tm_yday;
         out.utcOffsetSeconds = static_cast<int>(local.tm_gmtoff);
         return true;
+    }
+
+    // The system tells the zone of a moment, so the nearest moment without daylight saving is asked.
+    TimeZone StandardZone() override {
+        constexpr time_t kMonth = 30 * 24 * 3600;
+        constexpr int kMonths = 12;
+        timespec now{};
+        clock_gettime(CLOCK_REALTIME, &now);
+        tm local{};
+        if (!localtime_r(&now.tv_sec, &local)) return {"UTC", 0};
+        for (int month = 1; local.tm_isdst > 0 && month <= kMonths; ++month) {
+            const time_t then = now.tv_sec + month * kMonth;
+            tm other{};
+            if (localtime_r(&then, &other) && other.tm_isdst == 0) local = other;
+        }
+        return {local.tm_zone ? local.tm_zone : "", static_cast<int>(local.tm_gmtoff)};
     }
 };
 

@@ -4,13 +4,17 @@
 
 #include "brindle/platform/clock.h"
 #include "brindle/platform/code_page.h"
+#include "brindle/platform/desktop.h"
 #include "brindle/platform/files.h"
+#include "brindle/platform/programs.h"
 
 namespace brindle {
 
 Clock& BackendClock() noexcept;
 CodePage& BackendCodePage() noexcept;
+Desktop& BackendDesktop() noexcept;
 Files& BackendFiles() noexcept;
+Programs& BackendPrograms() noexcept;
 
 // For a code page service to call when its code page has changed: letter case follows, if it is the one in
 // use.

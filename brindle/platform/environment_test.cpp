@@ -8,6 +8,7 @@
 #include "brindle/platform/backend_info.h"
 #include "brindle/platform/fake/environment_fake.h"
 #include "brindle/platform/service.h"
+#include "testing/vectors.h"
 
 namespace brindle {
 namespace {
@@ -48,6 +49,93 @@ TEST_P(EnvironmentContract, LeavesTheOutputWhenNotSet) {
         EXPECT_FALSE(service().Variable(name, read));
         EXPECT_EQ(read, "before");
     }
+}
+
+TEST_P(EnvironmentContract, LetterCaseDoesNotMatterWhereAskedSo) {
+    Set("exact");
+    std::string read = "before";
+    EXPECT_TRUE(service().VariableNoCase("brindle_Environment_TEST", read));
+    EXPECT_EQ(read, "exact");
+    EXPECT_TRUE(service().VariableNoCase(kName, read));
+    EXPECT_EQ(read, "exact");
+    read = "before";
+    EXPECT_FALSE(service().VariableNoCase("BRINDLE_ENVIRONMENT_TES", read));
+    EXPECT_FALSE(service().VariableNoCase("", read));
+    EXPECT_FALSE(service().VariableNoCase("brindle_Environment_TEST=", read));
+    EXPECT_EQ(read, "before");
+}
+
+TEST(Environment, OfSeveralNamesTheExactOneElseTheSmallestCounts) {
+    FakeEnvironment fake;
+    fake.Set("name", "lower");
+    fake.Set("Name", "mixed");
+    std::string read;
+    EXPECT_TRUE(fake.VariableNoCase("name", read));
+    EXPECT_EQ(read, "lower");
+    EXPECT_TRUE(fake.VariableNoCase("NAME", read));
+    EXPECT_EQ(read, "mixed");
+    ::setenv("brindle_case_a", "lower", 1);
+    ::setenv("Brindle_Case_A", "mixed", 1);
+    EXPECT_TRUE(BackendEnvironment().VariableNoCase("brindle_case_a", read));
+    EXPECT_EQ(read, "lower");
+    EXPECT_TRUE(BackendEnvironment().VariableNoCase("BRINDLE_CASE_A", read));
+    EXPECT_EQ(read, "mixed");
+    ::unsetenv("brindle_case_a");
+    ::unsetenv("Brindle_Case_A");
+}
+
+TEST(ExpandEnvironment, Rows) {
+    FakeEnvironment fake;
+    const ScopedService<Environment> installed(&SetEnvironment, fake);
+    fake.Set("A", "alpha");
+    fake.Set("P", "%A%");
+    fake.Set("E", "");
+    fake.Set("H", "Caf\xC3\xA9");
+    struct Row {
+        const char* label;
+        const char* text;
+        std::size_t limit;
+        const char* expected;
+    };
+    const std::vector<Row> rows = {
+        {"nothing to expand", "plain", 100, "plain"},
+        {"empty", "", 100, ""},
+        {"a variable", "C:\\%A%\\x", 100, "C:\\alpha\\x"},
+        {"in other case", "%a%", 100, "alpha"},
+        {"two", "%A%%A%", 100, "alphaalpha"},
+        {"set to nothing", "[%E%]", 100, "[]"},
+        {"values are not expanded again", "%P%", 100, "%A%"},
+        {"not set", "%X%", 100, "%X%"},
+        {"the end of one not set opens no other", "%X%A%", 100, "%X%A%"},
+        {"percent alone", "100%", 100, "100%"},
+        {"two percents", "%%A%%", 100, "%%A%%"},
+        {"letters of the code page", "%H%\xE4", 100, "Caf\xE9\xE4"},
+        {"exactly the limit", "%A%x", 6, "alphax"},
+        {"cut", "%A%x", 5, "alpha"},
+        {"cut in a value", "%A%", 2, "al"},
+        {"cut in plain text", "plain", 3, "pla"},
+        {"nothing allowed", "%A%", 0, ""},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.label);
+        EXPECT_EQ(ExpandEnvironment(row.text, row.limit), row.expected);
+    }
+}
+
+TEST(ExpandEnvironment, AsRecorded) {
+    BRINDLE_VECTORS_OR_SKIP(vectors, "expandenv.json");
+    FakeEnvironment fake;
+    const ScopedService<Environment> installed(&SetEnvironment, fake);
+    for (const auto& [name, value] : vectors["environment"].items()) fake.Set(name, value.get<std::string>());
+    int compared = 0;
+    for (const auto& row : vectors["cases"]) {
+        if (!row["fits"].get<bool>()) continue;
+        SCOPED_TRACE(row["note"].get<std::string>());
+        const std::size_t limit = row["size"].get<std::size_t>() - 1;
+        EXPECT_EQ(ExpandEnvironment(testing::BytesOf(row["source"]), limit), testing::BytesOf(row["text"]));
+        ++compared;
+    }
+    EXPECT_GE(compared, 45);
 }
 
 TEST(Environment, IsTheBackendsUntilAnotherIsInstalled) {

@@ -11,6 +11,7 @@ namespace brindle {
 class FakeEnvironment final : public Environment {
   public:
     bool Variable(std::string_view name, std::string& value) override;
+    bool VariableNoCase(std::string_view name, std::string& value) override;
     bool IsTerminal(StandardStream stream) override { return m_terminals.contains(stream); }
 
     void Set(std::string_view name, std::string_view value) { m_variables[std::string(name)] = value; }

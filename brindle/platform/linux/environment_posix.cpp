@@ -3,7 +3,9 @@
 
 #include <cstdlib>
 
+#include "brindle/framework/letter_case.h"
 #include "brindle/platform/environment.h"
+#include "brindle/platform/system_text.h"
 
 namespace brindle {
 namespace {
@@ -15,6 +17,23 @@ class PosixEnvironment final : public Environment {
         const char* found = std::getenv(std::string(name).c_str());
         if (!found) return false;
         value = found;
+        return true;
+    }
+    bool VariableNoCase(std::string_view name, std::string& value) override {
+        if (Variable(name, value)) return true;
+        std::string wanted;
+        FromSystemText(name, wanted);
+        std::string_view best;
+        for (char** entry = environ; entry && *entry; ++entry) {
+            const std::string_view variable = *entry;
+            const std::string_view candidate = variable.substr(0, variable.find('='));
+            std::string bytes;
+            FromSystemText(candidate, bytes);
+            if (candidate.empty() || !EqualNoCase(bytes, wanted)) continue;
+            if (best.empty() || candidate < best.substr(0, best.find('='))) best = variable;
+        }
+        if (best.empty()) return false;
+        value = best.substr(best.find('=') + 1);
         return true;
     }
     bool IsTerminal(StandardStream stream) override { return ::isatty(Descriptor(stream)) == 1; }

@@ -1,5 +1,6 @@
 // IniDocument: the text of an INI file, its names and values, and the edits that leave the rest of it alone. What
-// the text means stands in ini_store.h. Thread: one at a time, also for reading. Tests: ini_document_test.cpp, ini_store_test.cpp.
+// the text means stands in ini_store.h. Thread: one at a time, also for reading.
+// Tests: ini_document_test.cpp, ini_store_test.cpp.
 #pragma once
 
 #include <cstddef>

@@ -58,6 +58,8 @@
 #include "brindle/platform/desktop.h"
 #include "brindle/platform/programs.h"
 #include "brindle/settings/host_type.h"
+#include "brindle/syscreate/sys_create.h"
+#include "brindle/syscreate/virt_alarm_trig_data.h"
 #include "brindle/util/my_char_replacer.h"
 #include "brindle/util/replacer.h"
 #include "brindle/util/utils.h"

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "brindle/library/host_text.h"
-#include "brindle/syscreate/syscreate_kit.h"
+#include "testing/syscreate_kit.h"
 
 namespace {
 

@@ -5,9 +5,9 @@
 
 #include "brindle/platform/fake/xml_dom_fake.h"
 #include "brindle/platform/service.h"
-#include "brindle/syscreate/syscreate_kit.h"
 #include "brindle/syscreate/template_expansion.h"
 #include "testing/golden.h"
+#include "testing/syscreate_kit.h"
 
 namespace {
 

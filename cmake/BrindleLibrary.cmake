@@ -13,7 +13,7 @@ set_target_properties(brindle PROPERTIES
 target_compile_features(brindle INTERFACE cxx_std_20)
 target_include_directories(brindle INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
                                              $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
-target_link_libraries(brindle PRIVATE Threads::Threads LibXml2::LibXml2)
+target_link_libraries(brindle PRIVATE Threads::Threads LibXml2::LibXml2 ${NETSNMP_LINK_LIBRARIES})
 if(BRINDLE_PLAIN_CODE)
   target_link_options(brindle PRIVATE LINKER:--no-undefined LINKER:--as-needed)
 endif()

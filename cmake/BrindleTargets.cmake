@@ -2,12 +2,14 @@
 
 find_package(Threads REQUIRED)
 find_package(LibXml2 REQUIRED)
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(NETSNMP REQUIRED netsnmp)
 
 # All of the library's objects, once: the shared library, the tests and the benchmarks are made from them.
 add_library(brindle_objects STATIC)
 target_include_directories(brindle_objects PUBLIC ${PROJECT_SOURCE_DIR})
 target_compile_definitions(brindle_objects PRIVATE BRINDLE_BUILDING)
-target_link_libraries(brindle_objects PUBLIC Threads::Threads PRIVATE LibXml2::LibXml2)
+target_link_libraries(brindle_objects PUBLIC Threads::Threads PRIVATE LibXml2::LibXml2 ${NETSNMP_LINK_LIBRARIES})
 
 # brindle_sources(FILE...): adds this folder's sources to the library.
 function(brindle_sources)

@@ -157,7 +157,7 @@ TEST(BackendInfo, NamesEveryServiceAndTheLoadedLibraries) {
         EXPECT_FALSE(part.library.empty()) << part.service;
         EXPECT_THAT(part.version, ::testing::MatchesRegex("[0-9]+\\.[0-9]+.*")) << part.service;
     }
-    EXPECT_THAT(services, ::testing::ElementsAre("clock", "code page", "files", "XML"));
+    EXPECT_THAT(services, ::testing::ElementsAre("clock", "code page", "files", "SNMP", "XML"));
 }
 
 }  // namespace

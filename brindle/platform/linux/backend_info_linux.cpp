@@ -1,6 +1,9 @@
 // What the Linux backend is made of. Tests: environment_test.cpp.
 #include <gnu/libc-version.h>
 #include <libxml/parser.h>
+#include <net-snmp/net-snmp-config.h>
+
+#include <net-snmp/version.h>
 #include <sys/utsname.h>
 
 #include <string_view>
@@ -36,6 +39,7 @@ BackendInfo DescribeBackend() {
     info.parts = {{"clock", "glibc", c},
                   {"code page", "own table for 1252, iconv of glibc", c},
                   {"files", "glibc", c},
+                  {"SNMP", "net-snmp", ::netsnmp_get_version()},
                   {"XML", "libxml2", XmlVersion()}};
     return info;
 }

@@ -456,10 +456,8 @@ class SlowConversion {
                 continue;
             }
             if (!m_inQuotes && SlowIsFunction(buffer)) isFunction = true;
-            if (!isFunction) {
-                if (!m_inQuotes && (c == '(' || c == ')' || IsOperatorCharacter(c))) break;
-                if (c == '"' && !(m_at > 0 && m_text[m_at - 1] == '\\')) m_inQuotes = !m_inQuotes;
-            }
+            if (!m_inQuotes && !isFunction && (c == '(' || c == ')' || IsOperatorCharacter(c))) break;
+            if (c == '"' && !(m_at > 0 && m_text[m_at - 1] == '\\')) m_inQuotes = !m_inQuotes;
             buffer += c;
             ++m_at;
             if (isFunction && c == ')') break;

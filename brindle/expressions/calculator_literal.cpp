@@ -37,6 +37,7 @@ void CCalculator::Literal::FromString(const std::string& text) {
 }
 
 bool CCalculator::Literal::AsBool() const {
+    if (m_type == Bool) return m_bool;  // as the result of nearly every rule is
     return RuleValue::Of(*this).AsBool();
 }
 

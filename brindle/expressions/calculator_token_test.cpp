@@ -4,6 +4,7 @@
 #include <type_traits>
 
 #include "brindle/expressions/calculator.h"
+#include "brindle/expressions/rule_program.h"
 
 namespace {
 
@@ -46,6 +47,7 @@ TEST(CalculatorToken, Operators) {
         EXPECT_EQ(op.GetTType(), Token::OperatorToken);
         EXPECT_EQ(op.AsString(), row.text);
         EXPECT_EQ(op.GetPriority(), row.priority);
+        EXPECT_EQ(brindle::IsLeftAssociative(row.type), row.type != Operator::Power);
     }
 }
 
@@ -138,6 +140,17 @@ TEST(CalculatorToken, LiteralConstructors) {
     EXPECT_EQ(Literal(5).AsDateTime(), COleDateTime());
 }
 
+TEST(CalculatorToken, DefaultIsTheEmptyString) {
+    const Literal literal;
+    EXPECT_EQ(literal.GetType(), Literal::String);
+    EXPECT_EQ(literal.AsString(), "");
+    EXPECT_TRUE(literal.AsBool());
+    EXPECT_EQ(literal.AsInt(), 0);
+    EXPECT_EQ(literal.AsDouble(), 0.0);
+    EXPECT_EQ(literal.AsDateTime(), COleDateTime());
+    EXPECT_EQ(literal.AsDateTime().GetStatus(), COleDateTime::valid);
+}
+
 TEST(CalculatorToken, CopiesHaveEveryField) {
     Literal literal("text");
     literal.SetReplaceable(true);
@@ -147,6 +160,26 @@ TEST(CalculatorToken, CopiesHaveEveryField) {
     copy = Literal(7);
     EXPECT_EQ(copy.AsInt(), 7);
     EXPECT_FALSE(copy.IsReplaceable());
+    const COleDateTime date(2024, 1, 2, 3, 4, 5);
+    for (const Literal& original :
+         {Literal(true), Literal(1.5), Literal(date), Literal(90.0, Literal::TimeSpan)}) {
+        SCOPED_TRACE(original.AsString());
+        Literal assigned("before");
+        assigned = original;
+        EXPECT_EQ(assigned.GetType(), original.GetType());
+        EXPECT_EQ(assigned.AsString(), original.AsString());
+        EXPECT_EQ(Literal(original).AsString(), original.AsString());
+    }
+}
+
+TEST(CalculatorToken, FromStringClearsWhatTheTypeDoesNotUse) {
+    Literal literal("text");
+    literal.FromString("2024-01-02T03:04:05");
+    EXPECT_EQ(literal.AsDateTime(), COleDateTime(2024, 1, 2, 3, 4, 5));
+    literal.FromString("12");
+    EXPECT_EQ(literal.AsDateTime(), COleDateTime());
+    literal.FromString("");
+    EXPECT_EQ(literal.AsString(), "");
 }
 
 TEST(CalculatorToken, SetValueClassifiesAgain) {

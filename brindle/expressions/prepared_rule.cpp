@@ -2,8 +2,6 @@
 // prepared_rule_test.cpp.
 #include "brindle/expressions/prepared_rule.h"
 
-#include <deque>
-
 #include "brindle/expressions/rule_convert.h"
 #include "brindle/expressions/rule_run.h"
 
@@ -16,7 +14,7 @@ struct PreparedRule::Impl {
     CStringA text;  // the program views it
     bool upper;
     RuleProgram program;
-    std::deque<NameReference> names;
+    NameReferences names;
     Result conversion;
     Result structure;
 };
@@ -29,7 +27,7 @@ PreparedRule::Impl::Impl(const CStringA& rule, bool upperCase) : text(rule), upp
         return;
     }
     for (const RuleStep& step : program)
-        if (step.kind == RuleStep::kName) names.emplace_back(step.value.text);
+        if (step.kind == RuleStep::kName) names.push_back(std::make_unique<NameReference>(step.value.text));
     const std::size_t missing = FindMissingOperand(program);
     if (missing < program.Size()) structure = ToResult("an operand is missing", program[missing].position);
 }
@@ -75,11 +73,11 @@ std::size_t PreparedRule::NameCount() const noexcept {
 }
 
 const CStringA& PreparedRule::Name(std::size_t index) const noexcept {
-    return m_impl->names[index].name;
+    return m_impl->names[index]->name;
 }
 
 const CAddressOv* PreparedRule::NameAddress(std::size_t index) const noexcept {
-    return m_impl->names[index].Address();
+    return m_impl->names[index]->Address();
 }
 
 }  // namespace brindle

@@ -148,6 +148,17 @@ TEST(PreparedRule, ObserverSeesEveryStep) {
     }
 }
 
+TEST(PreparedRule, ObserverSeesWhatFindsNoRoom) {
+    std::string text = "0";
+    for (int i = 1; i < 101; ++i) text += "(" + std::to_string(i) + ")";
+    const PreparedRule rule{CStringA(text + "(TIMESPAN(0,0,1,0))(LEVEL)")};
+    Notes observer;
+    Literal result;
+    EXPECT_TRUE(rule.Solve(Source(), result, &observer));
+    EXPECT_EQ(observer.notes, "TIMESPAN(0,0,1,0)->60;LEVEL=12:12;");
+    EXPECT_EQ(result.AsString(), "100");
+}
+
 TEST(PreparedRule, ServesSeveralThreads) {
     const PreparedRule rule("LONG + LEVEL = \"x(x)*\\d\\d\" & STATUS = \"OK%\"");
     std::atomic<int> wrong{0};

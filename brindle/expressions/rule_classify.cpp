@@ -13,7 +13,19 @@ namespace {
 
 using Literal = CCalculator::Literal;
 
-constexpr std::size_t kAddressLength = 10;  // "0001:02:03"
+constexpr std::size_t kAddressLength = 10;       // "0001:02:03"
+constexpr std::size_t kShortestDateLength = 11;  // "1-1-1T1:1:1"
+
+constexpr std::size_t kShortNumber = 9;  // digits of a number that is never too large
+
+// Reads the digits a text begins with, kShortNumber at most, and returns how many there are.
+std::size_t ReadDigits(std::string_view text, std::int32_t& number) noexcept {
+    const std::size_t limit = std::min(text.size(), kShortNumber);
+    std::size_t count = 0;
+    number = 0;
+    for (; count < limit && IsDigit(text[count]); ++count) number = number * 10 + (text[count] - '0');
+    return count;
+}
 
 // Steps over one part of a scanf-like pattern; each returns false when the text does not go on like that.
 class DateScanner {
@@ -22,10 +34,11 @@ class DateScanner {
 
     bool Number(int& value) noexcept {
         SkipSpace();
-        const char first = m_rest.empty() ? '\0' : m_rest.front();
-        if (!IsDigit(first) && first != '-' && first != '+') return false;  // most texts are no dates
         std::int32_t number = 0;
-        if (!ScanInt(m_rest, number)) return false;
+        const std::size_t digits = ReadDigits(m_rest, number);
+        if (digits == 0 && !BeginsWithSign()) return false;  // most texts are no dates
+        if (digits == 0 || digits == kShortNumber) return ScanInt(m_rest, value);
+        m_rest.remove_prefix(digits);
         value = number;
         return true;
     }
@@ -47,6 +60,9 @@ class DateScanner {
   private:
     void SkipSpace() noexcept {
         while (!m_rest.empty() && IsSpace(m_rest.front())) m_rest.remove_prefix(1);
+    }
+    bool BeginsWithSign() const noexcept {
+        return !m_rest.empty() && (m_rest.front() == '-' || m_rest.front() == '+');
     }
     // A zero byte ends the text for a scan.
     static bool IsWordCharacter(char c) noexcept { return c != '\0' && !IsSpace(c); }
@@ -110,18 +126,6 @@ bool ScanNumeric(std::string_view text, int& points) noexcept {
     return true;
 }
 
-// One to nine digits, which is what most values are and never too large; the result is what ReadInt gives.
-bool ReadShortInt(std::string_view text, std::int32_t& value) noexcept {
-    if (text.size() > 9) return false;
-    std::int32_t read = 0;
-    for (const char c : text) {
-        if (!IsDigit(c)) return false;
-        read = read * 10 + (c - '0');
-    }
-    value = read;
-    return true;
-}
-
 bool TakeDelimiters(std::string_view& text, char delimiter) noexcept {
     if (text.size() < 2 || text.front() != delimiter || text.back() != delimiter) return false;
     text = text.substr(1, text.size() - 2);
@@ -147,6 +151,7 @@ bool IsOVAddress(std::string_view text) noexcept {
 }
 
 bool IsDateTime(std::string_view text, COleDateTime& date) noexcept {
+    if (text.size() < kShortestDateLength) return false;  // as most values are, and scanning takes longer
     DateParts parts;
     if (!ScanNumericDate(text, parts) && !ScanNamedDate(text, parts)) return false;
     date.SetDateTime(parts.year, parts.month, parts.day, parts.hour, parts.minute, parts.second);
@@ -161,7 +166,8 @@ std::string_view Trim(std::string_view text) noexcept {
 
 RuleValue Classify(std::string_view text) {
     if (text.empty()) return EmptyValue();
-    if (std::int32_t value = 0; ReadShortInt(text, value)) return RuleValue::OfInt(value);
+    // Most values are short integers; the result is what ReadInt gives.
+    if (std::int32_t value = 0; ReadDigits(text, value) == text.size()) return RuleValue::OfInt(value);
     int points = 0;
     if (ScanNumeric(text, points))
         return points > 0 ? RuleValue::OfDouble(ReadDouble(text)) : RuleValue::OfInt(ReadInt(text));

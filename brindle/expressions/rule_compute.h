@@ -6,11 +6,13 @@
 
 namespace brindle {
 
-// Any of the binary operators, And to GreaterEqual; others give the empty String. A text that is made is owned by
-// a string of the pool; an operand's own string may be taken over.
-RuleValue Compute(const RuleValue& left, const RuleValue& right, OperatorType op, TextPool& pool);
+// Any of the binary operators, And to GreaterEqual; others give the empty String. The result takes the left operand's
+// place. A text that is made is owned by a string of the pool; what the operands own goes back to it unless the result
+// goes on with it.
+void Compute(RuleValue& left, const RuleValue& right, OperatorType op, TextPool& pool);
 
-RuleValue Negate(const RuleValue& value);
+// Likewise, in the operand's place.
+void Negate(RuleValue& value, TextPool& pool);
 
 // A function call: DATE (the local time of the installed clock) or TIMESPAN.
 RuleValue CallFunction(std::string_view call);

@@ -13,8 +13,6 @@
 
 namespace {
 
-using brindle::Compute;
-using brindle::Negate;
 using brindle::RuleValue;
 using brindle::TextPool;
 using Literal = CCalculator::Literal;
@@ -33,6 +31,17 @@ RuleValue Parsed(const char* text) {
     return brindle::Classify(text);
 }
 
+RuleValue Computed(RuleValue left, const RuleValue& right, Operator::Type op, TextPool& pool) {
+    brindle::Compute(left, right, op, pool);
+    return left;
+}
+
+RuleValue Negated(RuleValue value) {
+    TextPool pool;
+    brindle::Negate(value, pool);
+    return value;
+}
+
 struct Row {
     const char* left;
     Operator::Type op;
@@ -45,7 +54,7 @@ void ExpectRows(const Row (&rows)[Count]) {
     for (const Row& row : rows) {
         TextPool pool;
         SCOPED_TRACE(std::string(row.left) + " " + Operator(row.op).AsString() + " " + row.right);
-        const RuleValue result = Compute(Parsed(row.left), Parsed(row.right), row.op, pool);
+        const RuleValue result = Computed(Parsed(row.left), Parsed(row.right), row.op, pool);
         EXPECT_EQ(Shown(result), row.expected);
         EXPECT_FALSE(result.replaceable);
     }
@@ -240,22 +249,22 @@ TEST(RuleCompute, NotABinaryOperator) {
     TextPool pool;
     const RuleValue one = RuleValue::OfInt(1);
     for (const auto op : {Operator::None, Operator::Not, Operator::LeftParen})
-        EXPECT_EQ(Shown(Compute(one, one, op, pool)), "String ");
+        EXPECT_EQ(Shown(Computed(one, one, op, pool)), "String ");
 }
 
 TEST(RuleCompute, UnusualDoubles) {
     TextPool pool;
     const RuleValue infinite = RuleValue::OfDouble(HUGE_VAL);
     const RuleValue nan = RuleValue::OfDouble(std::nan(""));
-    EXPECT_EQ(Shown(Compute(infinite, infinite, Operator::Equal, pool)),
+    EXPECT_EQ(Shown(Computed(infinite, infinite, Operator::Equal, pool)),
               "Bool FALSE");  // their difference is none
-    EXPECT_EQ(Shown(Compute(nan, nan, Operator::Equal, pool)), "Bool FALSE");
-    EXPECT_EQ(Shown(Compute(nan, nan, Operator::Less, pool)), "Bool FALSE");
-    EXPECT_EQ(Shown(Compute(nan, nan, Operator::And, pool)), "Bool TRUE");
-    EXPECT_EQ(Shown(Negate(nan)), "Bool FALSE");
+    EXPECT_EQ(Shown(Computed(nan, nan, Operator::Equal, pool)), "Bool FALSE");
+    EXPECT_EQ(Shown(Computed(nan, nan, Operator::Less, pool)), "Bool FALSE");
+    EXPECT_EQ(Shown(Computed(nan, nan, Operator::And, pool)), "Bool TRUE");
+    EXPECT_EQ(Shown(Negated(nan)), "Bool FALSE");
     const RuleValue date = brindle::Classify(kDate);
     EXPECT_EQ(
-        Shown(Compute(date, RuleValue::OfDouble(std::nan(""), Literal::TimeSpan), Operator::Plus, pool)),
+        Shown(Computed(date, RuleValue::OfDouble(std::nan(""), Literal::TimeSpan), Operator::Plus, pool)),
         "DateTime 2024-01-02T10:00:00");
 }
 
@@ -271,7 +280,7 @@ TEST(RuleCompute, Negation) {
     };
     for (const NotRow& row : rows) {
         SCOPED_TRACE(row.operand);
-        EXPECT_EQ(Shown(Negate(Parsed(row.operand))), row.expected);
+        EXPECT_EQ(Shown(Negated(Parsed(row.operand))), row.expected);
     }
 }
 
@@ -294,27 +303,66 @@ TEST(RuleCompute, DatesMoveAlongTheLineOfTime) {
         SCOPED_TRACE(row.date);
         const RuleValue date = brindle::Classify(row.date);
         const RuleValue span = RuleValue::OfDouble(row.seconds, Literal::TimeSpan);
-        EXPECT_EQ(Compute(date, span, Operator::Plus, pool).AsString(), row.forward);
-        EXPECT_EQ(Compute(date, span, Operator::Minus, pool).AsString(), row.back);
+        EXPECT_EQ(Computed(date, span, Operator::Plus, pool).AsString(), row.forward);
+        EXPECT_EQ(Computed(date, span, Operator::Minus, pool).AsString(), row.back);
     }
 }
 
 TEST(RuleCompute, DateBeyondTheCalendarStaysValid_Deliberate) {
     TextPool pool;
     const RuleValue last = brindle::Classify("9999-12-31T23:59:59");
-    const RuleValue moved = Compute(last, RuleValue::OfDouble(1e18, Literal::TimeSpan), Operator::Plus, pool);
+    const RuleValue moved =
+        Computed(last, RuleValue::OfDouble(1e18, Literal::TimeSpan), Operator::Plus, pool);
     EXPECT_EQ(moved.status, COleDateTime::valid);
     EXPECT_EQ(moved.AsString(), "-0001--01--01T-01:-01:-01");
     EXPECT_EQ(moved.AsInt(), INT_MIN);
-    EXPECT_EQ(Shown(Compute(last, moved, Operator::Less, pool)), "Bool TRUE");
+    EXPECT_EQ(Shown(Computed(last, moved, Operator::Less, pool)), "Bool TRUE");
+}
+
+TEST(RuleCompute, MovedDateIsValid_Deliberate) {
+    TextPool pool;
+    COleDateTime date(2024, 1, 2, 10, 0, 0);
+    date.SetStatus(COleDateTime::invalid);
+    const RuleValue span = RuleValue::OfDouble(60, Literal::TimeSpan);
+    EXPECT_EQ(Shown(Computed(RuleValue::OfDate(date), span, Operator::Plus, pool)),
+              "DateTime 2024-01-02T10:01:00");
+    EXPECT_EQ(Shown(Computed(RuleValue::OfDate(date), span, Operator::Minus, pool)),
+              "DateTime 2024-01-02T09:59:00");
+}
+
+TEST(RuleCompute, TextsGoBackToThePool) {
+    TextPool pool;
+    const auto owned = [&pool](const char* characters) {
+        CStringA* const text = pool.Take();
+        *text = characters;
+        RuleValue value = RuleValue::OfText(text->view());
+        value.owned = text;
+        return value;
+    };
+    RuleValue sum = owned("a");
+    CStringA* const first = sum.owned;
+    const RuleValue right = owned("b");
+    brindle::Compute(sum, right, Operator::Plus, pool);
+    EXPECT_EQ(sum.owned, first);  // goes on with the left text
+    EXPECT_EQ(Shown(sum), "String ab");
+    EXPECT_EQ(pool.Take(), right.owned);
+    pool.Release(right.owned);
+    brindle::Compute(sum, owned("ab"), Operator::Equal, pool);
+    EXPECT_EQ(sum.owned, nullptr);
+    EXPECT_EQ(pool.Take(), first);
+    RuleValue negated = owned("x");
+    CStringA* const second = negated.owned;
+    brindle::Negate(negated, pool);
+    EXPECT_EQ(negated.owned, nullptr);
+    EXPECT_EQ(pool.Take(), second);
 }
 
 TEST(RuleCompute, TextsOfAnEvaluationAreBounded) {
     TextPool pool;
     const std::string half(brindle::kMaxComputedText / 2, 'x');
-    RuleValue sum = Compute(RuleValue::OfText(half), RuleValue::OfText(half), Operator::Plus, pool);
+    RuleValue sum = Computed(RuleValue::OfText(half), RuleValue::OfText(half), Operator::Plus, pool);
     EXPECT_EQ(sum.text.size(), brindle::kMaxComputedText);
-    sum = Compute(sum, RuleValue::OfText("x"), Operator::Plus, pool);
+    sum = Computed(sum, RuleValue::OfText("x"), Operator::Plus, pool);
     EXPECT_EQ(Shown(sum), "String ");
 }
 

@@ -274,8 +274,10 @@ bool Conversion::ReadsOn(OperandText& operand, bool& isFunction) {
         isFunction = isFunction || operand.IsFunction();
         if (!isFunction && (c == '(' || c == ')' || IsOperator(c) != Operator::None)) return false;
     }
+    // Kept: a quote counts inside a call too, although the call ends at the next ")" all the same: behind one with an
+    // odd number of quotes the rule goes on inside quotes.
     const bool escaped = m_at > 0 && m_text[m_at - 1] == '\\';
-    if (c == '"' && !escaped && !isFunction) m_insideQuotes = !m_insideQuotes;
+    if (c == '"' && !escaped) m_insideQuotes = !m_insideQuotes;
     operand.Add(m_at++);
     return !(isFunction && c == ')');
 }

@@ -64,7 +64,7 @@ TEST(RuleConvert, ReversePolish) {
         {"  TIMESPAN(0,1,30,0)  ", "TIMESPAN(0,1,30,0)"},
         {"TIMESPAN (1, 2, (3), 4", "TIMESPAN (1, 2, (3) , 4"},
         {"TIMESPAN (1, 2, (3), 4)", nullptr},
-        {"TIMESPAN(1+2,\"x)\",3)", "TIMESPAN(1+2,\"x) \",3)"},
+        {"DATE(\"x\") + 1", "DATE(\"x\") 1 +"},
         {"Date()", "Date"},
         {"#2024-01-02T10:00:00#", "#2024 1 - 02T10:00:00# -"},
         {"\"#2024-01-02T10:00:00#\"", "2024-01-02T10:00:00"},
@@ -142,6 +142,24 @@ TEST(RuleConvert, FunctionNameAloneMakesTheCall_Deliberate) {
     RuleProgram call;
     ConvertRule("DATE ", call);
     EXPECT_EQ(call[0].kind, brindle::RuleStep::kFunction);
+}
+
+TEST(RuleConvert, QuoteInsideACallGoesOnBehindIt_Deliberate) {
+    const Row rows[] = {
+        {"DATE(\"a\") & b", "DATE(\"a\") b &"},
+        {"DATE(\"a) & (b", "DATE(\"a) & (b"},  // "& (b" is one operand
+        {"DATE(\"a) & \" & b", "DATE(\"a) & \" b &"},
+        {"DATE(\\\"a) & b", "DATE(\\\"a) b &"},  // a backslash takes the quote's meaning away
+        {"TIMESPAN(1+2,\"x)\",3)", nullptr},  // ends at the first ")", so that the second one closes nothing
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.rule);
+        RuleProgram program;
+        EXPECT_EQ(ConvertRule(row.rule, program).ok(), row.expected != nullptr);
+        if (row.expected) {
+            EXPECT_EQ(program.AsString(), row.expected);
+        }
+    }
 }
 
 TEST(RuleConvert, Rejects) {

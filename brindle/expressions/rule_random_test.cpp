@@ -132,8 +132,8 @@ class Generator {
                                                 ".",          "-.5",         "0",           "1.2.3", "--1",
                                                 "0.00001",    "1e400",       "nan",         "0x10",  "-1"};
     const std::vector<std::string> m_functions = {
-        "DATE()", "DATE",    "TIMESPAN(0,1,30,0)", "TIMESPAN(1,2,3)", "TIMESPAN(-1,x,3,4)",
-        "DATES)", "TIMESPAN"};
+        "DATE()",   "DATE",    "TIMESPAN(0,1,30,0)", "TIMESPAN(1,2,3)", "TIMESPAN(-1,x,3,4)", "DATES)",
+        "TIMESPAN", "DATE(\"", "DATE(\\\"\")"};
     const std::vector<std::string> m_patterns = {"%", "a", "O",     "K",   "1",   ".", "(a|b)", "{O}", "*",
                                                  "+", "?", "[a-c]", "\\d", "\\w", "(", "%",     "|",   "2"};
 };

@@ -4,6 +4,7 @@
 #include "brindle/expressions/rule_run.h"
 
 #include <new>
+#include <utility>
 
 #include "brindle/expressions/rule_classify.h"
 #include "brindle/expressions/rule_compute.h"
@@ -21,108 +22,104 @@ Literal ToLiteral(const RuleValue& value) {
     return literal;
 }
 
-// The stack holds pointers: a constant stays in the program, and what is computed is made in one of two places that
-// each depth has, the one its operand does not stand in. A value is so never copied, which would cost more than most
-// operators do.
+// Operators work in the place of their left operand, and a constant that an operator takes at once stays in the program:
+// copying a value that was just written would cost more than most operators do.
 class Evaluation {
   public:
-    explicit Evaluation(const RuleRun& run) noexcept : m_run(run) {}
+    explicit Evaluation(const RuleRun& run) noexcept
+        : m_run(run), m_nextName(run.names ? run.names->data() : nullptr) {}
 
     void Run(const RuleProgram& program, Literal& result) {
-        for (const RuleStep& step : program) {
-            switch (step.kind) {
+        const RuleStep* const end = program.end();
+        for (const RuleStep* step = program.begin(); step != end; ++step) {
+            switch (step->kind) {
                 case RuleStep::kConstant:
-                    Push(step.value);
+                    if (!IsFull() && step + 1 != end && IsBinary(step[1])) {
+                        Apply(step[1].op, m_values[m_depth - 1], step->value);
+                        ++step;
+                    } else {
+                        Push(step->value);
+                    }
                     break;
                 case RuleStep::kName:
-                    m_run.data ? PushAnswer(step.value) : Push(step.value);
+                    m_run.data ? PushAnswer(step->value) : Push(step->value);
                     break;
                 case RuleStep::kFunction:
-                    PushMade([&] { return CallFunction(step.value.text); });
-                    if (m_run.observer) ReportFunction(step.value.text);
+                    PushCall(step->value.text);
                     break;
                 case RuleStep::kOperator:
-                    step.op == Operator::Not ? ApplyNot() : Apply(step.op);
+                    if (step->op == Operator::Not) {
+                        ApplyNot(m_values[m_depth - 1]);
+                    } else {
+                        --m_depth;
+                        Apply(step->op, m_values[m_depth - 1], m_values[m_depth]);
+                    }
                     break;
             }
         }
-        m_stack[m_depth - 1]->StoreTo(result);
+        m_values[m_depth - 1].StoreTo(result);
     }
 
     // Only asks; the answer is not used.
     void Ask(std::string_view reference) { LookUp(reference); }
 
   private:
+    static bool IsBinary(const RuleStep& step) noexcept {
+        return step.kind == RuleStep::kOperator && step.op != Operator::Not;
+    }
     bool IsFull() const noexcept { return m_depth > kStackCapacity; }
     void Push(const RuleValue& value) noexcept {
-        if (!IsFull()) m_stack[m_depth++] = &value;
+        if (!IsFull()) m_values[m_depth++] = value;
     }
+    // `make` gives the value, which is made where it stays.
     template <class Make>
     void PushMade(Make make) {
         if (IsFull()) return;
-        m_stack[m_depth] = ::new (&m_made[m_depth][0]) RuleValue(make());
+        ::new (&m_values[m_depth]) RuleValue(make());
         ++m_depth;
     }
-    RuleValue* FreePlace(std::size_t depth) noexcept {
-        return &m_made[depth][m_stack[depth] == &m_made[depth][0] ? 1 : 0];
+    void Apply(OperatorType op, RuleValue& left, const RuleValue& right) {
+        m_run.observer ? ApplyObserved(op, left, right) : Compute(left, right, op, m_pool);
     }
-    void Release(const RuleValue& value) noexcept {
-        if (value.owned) m_pool.Release(value.owned);
-    }
-    void Apply(OperatorType op);
-    void ApplyNot();
+    void ApplyObserved(OperatorType op, RuleValue& left, const RuleValue& right);
+    void ApplyNot(RuleValue& operand);
     void PushAnswer(const RuleValue& name);
+    void PushCall(std::string_view call);
     RuleValue AnswerValue();
     // True, and m_answer set, when the source knows the name.
     bool LookUp(std::string_view reference);
-    void ReportFunction(std::string_view call);
+    bool LookUpText(std::string_view reference);
+    void ReportValue(std::string_view reference, bool known);
 
     const RuleRun& m_run;
-    std::size_t m_nextName = 0;
-    CStringA m_name;
-    CStringA m_answer;
+    const NameReferences::value_type* m_nextName;  // null: taken apart each time
     TextPool m_pool;
+    CStringA* m_name = nullptr;    // of the pool, once needed
+    CStringA* m_answer = nullptr;  // a string of the pool: a text that is answered stays where it was written
     std::size_t m_depth = 0;
-    const RuleValue* m_stack[kStackCapacity + 1];
     union {
-        RuleValue m_made[kStackCapacity + 1][2];  // not initialised until used
+        RuleValue m_values[kStackCapacity + 1];  // not initialised until used
     };
 };
 
-void Evaluation::Apply(OperatorType op) {
-    const std::size_t depth = m_depth - 2;
-    const RuleValue& left = *m_stack[depth];
-    const RuleValue& right = *m_stack[depth + 1];
-    RuleValue* const place = FreePlace(depth);
-    if (!m_run.observer) {
-        ::new (place) RuleValue(Compute(left, right, op, m_pool));
-    } else {
-        const Literal first = ToLiteral(left);  // a sum may take the left text over
-        ::new (place) RuleValue(Compute(left, right, op, m_pool));
-        m_run.observer->OnOperator(Operator(op), &first, ToLiteral(right), ToLiteral(*place));
-    }
-    Release(right);
-    if (left.owned != place->owned) Release(left);
-    m_stack[depth] = place;
-    m_depth = depth + 1;
+void Evaluation::ApplyObserved(OperatorType op, RuleValue& left, const RuleValue& right) {
+    const Literal first = ToLiteral(left);  // the result takes its place
+    const Literal second = ToLiteral(right);
+    Compute(left, right, op, m_pool);
+    m_run.observer->OnOperator(Operator(op), &first, second, ToLiteral(left));
 }
 
-void Evaluation::ApplyNot() {
-    const RuleValue& operand = *m_stack[m_depth - 1];
-    RuleValue* const place = ::new (FreePlace(m_depth - 1)) RuleValue(Negate(operand));
-    if (m_run.observer)
-        m_run.observer->OnOperator(Operator(Operator::Not), nullptr, ToLiteral(operand), ToLiteral(*place));
-    Release(operand);
-    m_stack[m_depth - 1] = place;
+void Evaluation::ApplyNot(RuleValue& operand) {
+    if (!m_run.observer) return Negate(operand, m_pool);
+    const Literal before = ToLiteral(operand);
+    Negate(operand, m_pool);
+    m_run.observer->OnOperator(Operator(Operator::Not), nullptr, before, ToLiteral(operand));
 }
 
 void Evaluation::PushAnswer(const RuleValue& name) {
     const bool known = LookUp(name.text);
-    if (known && m_run.upper) m_answer.MakeUpper();
-    if (m_run.observer) {
-        const RuleValue value = known ? Classify(m_answer.view()) : RuleValue::OfText(name.text);
-        m_run.observer->OnValue(CStringA(name.text), known ? &m_answer : nullptr, ToLiteral(value));
-    }
+    if (known && m_run.upper) m_answer->MakeUpper();
+    if (m_run.observer) ReportValue(name.text, known);
     if (known) {
         PushMade([this] { return AnswerValue(); });
     } else {
@@ -130,32 +127,40 @@ void Evaluation::PushAnswer(const RuleValue& name) {
     }
 }
 
-// A text moves from the answer, which the next name will use, to the pool.
 RuleValue Evaluation::AnswerValue() {
-    RuleValue value = Classify(m_answer.view());
-    if (value.text.empty()) return value;
-    value.owned = m_pool.Take();
-    value.owned->swap(m_answer.str());
-    value.text = *value.owned;
+    RuleValue value = Classify(m_answer->view());
+    if (!value.text.empty()) value.owned = std::exchange(m_answer, nullptr);
     return value;
 }
 
-bool Evaluation::LookUp(std::string_view reference) {
-    m_answer.Empty();
-    if (m_run.names) {
-        const NameReference& name = (*m_run.names)[m_nextName++];
-        return m_run.data->Lookup(name.name, name.Address(), m_answer);
-    }
-    if (reference.find(',') == std::string_view::npos) {
-        m_name.str().assign(reference);
-        return m_run.data->Lookup(m_name, nullptr, m_answer);
-    }
-    const NameReference name(reference);
-    return m_run.data->Lookup(name.name, name.Address(), m_answer);
+void Evaluation::PushCall(std::string_view call) {
+    const RuleValue value = CallFunction(call);
+    if (m_run.observer)
+        m_run.observer->OnFunction(CCalculator::Function(std::string(call)), ToLiteral(value));
+    PushMade([&value] { return value; });
 }
 
-void Evaluation::ReportFunction(std::string_view call) {
-    m_run.observer->OnFunction(CCalculator::Function(std::string(call)), ToLiteral(*m_stack[m_depth - 1]));
+bool Evaluation::LookUp(std::string_view reference) {
+    if (!m_answer) m_answer = m_pool.Take();
+    m_answer->Empty();
+    if (!m_nextName) return LookUpText(reference);
+    const NameReference& name = **m_nextName++;
+    return m_run.data->Lookup(name.name, name.Address(), *m_answer);
+}
+
+bool Evaluation::LookUpText(std::string_view reference) {
+    if (reference.find(',') == std::string_view::npos) {
+        if (!m_name) m_name = m_pool.Take();
+        m_name->str().assign(reference);
+        return m_run.data->Lookup(*m_name, nullptr, *m_answer);
+    }
+    const NameReference name(reference);
+    return m_run.data->Lookup(name.name, name.Address(), *m_answer);
+}
+
+void Evaluation::ReportValue(std::string_view reference, bool known) {
+    const RuleValue value = known ? Classify(m_answer->view()) : RuleValue::OfText(reference);
+    m_run.observer->OnValue(CStringA(reference), known ? m_answer : nullptr, ToLiteral(value));
 }
 
 void AskForNames(const RuleProgram& program, const RuleRun& run) {

@@ -2,7 +2,8 @@
 // Tests: calculator_test.cpp, solver_test.cpp.
 #pragma once
 
-#include <deque>
+#include <memory>
+#include <vector>
 
 #include "brindle/address/address_ov.h"
 #include "brindle/expressions/prepared_rule.h"
@@ -23,12 +24,13 @@ struct NameReference {
     bool hasAddress = false;
 };
 
+using NameReferences = std::vector<std::unique_ptr<const NameReference>>;
+
 // How a program is evaluated.
 struct RuleRun {
-    const CSolverData* data = nullptr;  // null: names stand for themselves
-    bool upper = false;                 // values are read in upper case
-    const std::deque<NameReference>* names =
-        nullptr;  // of the kName steps, in order; null: taken apart each time
+    const CSolverData* data = nullptr;      // null: names stand for themselves
+    bool upper = false;                     // values are read in upper case
+    const NameReferences* names = nullptr;  // of the kName steps, in order; null: taken apart each time
     RuleObserver* observer = nullptr;
     bool isComplete = false;  // no operator lacks an operand, which is known already
 };

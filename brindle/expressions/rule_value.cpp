@@ -2,8 +2,6 @@
 // ParseAddressParts. Tests: rule_value_test.cpp.
 #include "brindle/expressions/rule_value.h"
 
-#include <array>
-#include <bit>
 #include <cmath>
 #include <limits>
 
@@ -16,27 +14,7 @@ namespace {
 
 using Literal = CCalculator::Literal;
 
-constexpr std::size_t kTypes = 7;
 constexpr std::size_t kKeptCapacity = 65536;  // a released string of more gives its memory back
-
-constexpr auto B = Literal::Bool;
-constexpr auto D = Literal::Double;
-constexpr auto S = Literal::String;
-constexpr auto I = Literal::Int;
-constexpr auto T = Literal::DateTime;
-constexpr auto A = Literal::Address;
-
-// Kept: the table is not symmetric; rows are the left type, columns the right one, both in the order of Type.
-constexpr std::array<std::array<ValueType, kTypes>, kTypes> kPromotion = {{
-    //Bool Double String Int DateTime Address TimeSpan
-    {{B, D, S, I, S, I, I}},  // Bool
-    {{D, D, S, D, S, D, D}},  // Double
-    {{S, S, S, S, S, S, S}},  // String
-    {{I, D, S, I, S, I, I}},  // Int
-    {{S, S, S, S, T, S, T}},  // DateTime
-    {{S, D, S, I, S, A, D}},  // Address
-    {{S, D, S, S, S, S, D}},  // TimeSpan
-}};
 
 // Toward zero; what does not fit, and what is no number, gives the smallest integer.
 std::int32_t Truncated(double value) noexcept {
@@ -76,25 +54,20 @@ std::uint32_t ReadPart(const CStringA& hexadecimal) noexcept {
 
 }  // namespace
 
-std::string* TextPool::Take() {
-    if (m_freeOwn != 0) {
-        const int index = std::countr_zero(m_freeOwn);
-        m_freeOwn &= m_freeOwn - 1;
-        return &m_own[static_cast<std::size_t>(index)];
-    }
+CStringA* TextPool::TakeMore() {
     if (m_free.empty()) {
         m_free.reserve(m_more.size() + 1);
-        m_more.push_back(std::make_unique<std::string>());
+        m_more.push_back(std::make_unique<CStringA>());
         return m_more.back().get();
     }
-    std::string* const text = m_free.back();
+    CStringA* const text = m_free.back();
     m_free.pop_back();
     return text;
 }
 
-void TextPool::Release(std::string* text) noexcept {
-    if (text->capacity() > kKeptCapacity) std::string().swap(*text);
-    text->clear();
+void TextPool::Release(CStringA* text) noexcept {
+    if (text->str().capacity() > kKeptCapacity) CStringA().Swap(*text);
+    text->Empty();
     for (unsigned i = 0; i < kOwn; ++i) {
         if (text != &m_own[i]) continue;
         m_freeOwn |= 1u << i;
@@ -130,7 +103,11 @@ RuleValue RuleValue::Of(const Literal& literal) noexcept {
 }
 
 void RuleValue::StoreTo(Literal& literal) const {
-    literal.m_string.assign(text);
+    if (text.empty()) {
+        literal.m_string.clear();
+    } else {
+        literal.m_string.assign(text);
+    }
     literal.m_bool = type == Literal::Bool && truth;
     literal.m_int = type == Literal::Int ? integer : 0;
     literal.m_double = type == Literal::Double || type == Literal::TimeSpan ? number : 0;
@@ -158,12 +135,8 @@ bool RuleValue::AsBool() const {
     }
 }
 
-std::int32_t RuleValue::AsInt() const {
+std::int32_t RuleValue::ConvertToInt() const {
     switch (type) {
-        case Literal::Bool:
-            return truth ? 1 : 0;
-        case Literal::Int:
-            return integer;
         case Literal::String:
             return Truncated(ReadDouble(text));
         case Literal::Address:
@@ -214,12 +187,6 @@ AddressParts ParseAddressParts(std::string_view text) {
     if (CAddressOv(record) == address) return {record.net, record.unit, record.port};
     return {ReadPart(address.GetNetString()), ReadPart(address.GetUnitString()),
             ReadPart(address.GetPortString())};
-}
-
-ValueType CalcAsType(ValueType left, ValueType right) noexcept {
-    const auto row = static_cast<std::size_t>(left);
-    const auto column = static_cast<std::size_t>(right);
-    return row < kTypes && column < kTypes ? kPromotion[row][column] : S;
 }
 
 }  // namespace brindle

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -12,6 +13,7 @@
 #include <vector>
 
 #include "brindle/expressions/calculator.h"
+#include "brindle/framework/string_a.h"
 
 namespace brindle {
 
@@ -25,16 +27,24 @@ inline constexpr std::size_t kMaxComputedText = std::size_t{1} << 26;
 // of the pool: most evaluations need no more.
 class TextPool {
   public:
-    std::string* Take();
-    void Release(std::string* text) noexcept;
+    // An empty string.
+    CStringA* Take() {
+        if (m_freeOwn == 0) return TakeMore();
+        const int index = std::countr_zero(m_freeOwn);
+        m_freeOwn &= m_freeOwn - 1;
+        return &m_own[static_cast<std::size_t>(index)];
+    }
+    void Release(CStringA* text) noexcept;
 
   private:
-    static constexpr unsigned kOwn = 4;
+    static constexpr unsigned kOwn = 3;
 
-    std::array<std::string, kOwn> m_own;
+    CStringA* TakeMore();
+
+    std::array<CStringA, kOwn> m_own;
     unsigned m_freeOwn = (1u << kOwn) - 1;  // one bit each
-    std::vector<std::unique_ptr<std::string>> m_more;
-    std::vector<std::string*> m_free;  // of m_more; has room for all of them
+    std::vector<std::unique_ptr<CStringA>> m_more;
+    std::vector<CStringA*> m_free;  // of m_more; has room for all of them
 };
 
 struct RuleValue {
@@ -47,7 +57,7 @@ struct RuleValue {
         double number;  // Double; TimeSpan in seconds; DateTime in days
     };
     std::string_view text;  // String and Address
-    std::string* owned;     // holds `text`, or null
+    CStringA* owned;        // holds `text`, or null
 
     static RuleValue OfText(std::string_view text, ValueType type = CCalculator::Literal::String) noexcept {
         RuleValue value;
@@ -87,9 +97,15 @@ struct RuleValue {
 
     COleDateTime Date() const noexcept;
     bool AsBool() const;
-    std::int32_t AsInt() const;
+    std::int32_t AsInt() const {
+        if (type == CCalculator::Literal::Int) return integer;
+        return type == CCalculator::Literal::Bool ? (truth ? 1 : 0) : ConvertToInt();
+    }
     double AsDouble() const;
     std::string AsString() const;
+
+  private:
+    std::int32_t ConvertToInt() const;  // of what is neither an Int nor a Bool
 };
 
 // The empty String: the result of every operation without a meaning.
@@ -106,7 +122,33 @@ struct AddressParts {
 };
 AddressParts ParseAddressParts(std::string_view text);
 
+// The table behind CalcAsType. Kept: it is not symmetric; rows are the left type, columns the right one, both in the
+// order of Type.
+inline constexpr std::array<std::array<ValueType, 7>, 7> kPromotion = [] {
+    constexpr auto B = CCalculator::Literal::Bool;
+    constexpr auto D = CCalculator::Literal::Double;
+    constexpr auto S = CCalculator::Literal::String;
+    constexpr auto I = CCalculator::Literal::Int;
+    constexpr auto T = CCalculator::Literal::DateTime;
+    constexpr auto A = CCalculator::Literal::Address;
+    return std::array<std::array<ValueType, 7>, 7>{{
+        //Bool Double String Int DateTime Address TimeSpan
+        {{B, D, S, I, S, I, I}},  // Bool
+        {{D, D, S, D, S, D, D}},  // Double
+        {{S, S, S, S, S, S, S}},  // String
+        {{I, D, S, I, S, I, I}},  // Int
+        {{S, S, S, S, T, S, T}},  // DateTime
+        {{S, D, S, I, S, A, D}},  // Address
+        {{S, D, S, S, S, S, D}},  // TimeSpan
+    }};
+}();
+
 // The type in which a binary operation is carried out.
-ValueType CalcAsType(ValueType left, ValueType right) noexcept;
+inline ValueType CalcAsType(ValueType left, ValueType right) noexcept {
+    const auto row = static_cast<std::size_t>(left);
+    const auto column = static_cast<std::size_t>(right);
+    const bool isKnown = row < kPromotion.size() && column < kPromotion.size();
+    return isKnown ? kPromotion[row][column] : CCalculator::Literal::String;
+}
 
 }  // namespace brindle

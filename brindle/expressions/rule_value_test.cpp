@@ -149,28 +149,28 @@ TEST(RuleValue, DateOfAnotherTypeIsZero) {
 
 TEST(RuleValue, PoolHandsReleasedStringsOutAgain) {
     brindle::TextPool pool;
-    std::string* const first = pool.Take();
-    first->assign(1000000, 'x');
+    CStringA* const first = pool.Take();
+    first->str().assign(1000000, 'x');
     pool.Release(first);
-    EXPECT_LT(first->capacity(), 100000u);  // a large one gave its memory back
+    EXPECT_LT(first->str().capacity(), 100000u);  // a large one gave its memory back
     EXPECT_EQ(pool.Take(), first);
-    EXPECT_TRUE(first->empty());
+    EXPECT_TRUE(first->IsEmpty());
     EXPECT_NE(pool.Take(), first);
 }
 
 TEST(RuleValue, PoolGrowsAndReusesWhatItGrewBy) {
     brindle::TextPool pool;
-    std::set<std::string*> taken;
+    std::set<CStringA*> taken;
     for (int i = 0; i < 20; ++i) taken.insert(pool.Take());
     EXPECT_EQ(taken.size(), 20u);
-    for (std::string* text : taken) {
+    for (CStringA* text : taken) {
         *text = "used";
         pool.Release(text);
     }
     for (int i = 0; i < 20; ++i) {
-        std::string* const text = pool.Take();
+        CStringA* const text = pool.Take();
         EXPECT_EQ(taken.erase(text), 1u);
-        EXPECT_TRUE(text->empty());
+        EXPECT_TRUE(text->IsEmpty());
     }
 }
 

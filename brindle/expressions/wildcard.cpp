@@ -28,15 +28,23 @@ struct PlainPattern {
     std::size_t last = std::string_view::npos;
 };
 
+CharacterKind KindOf(char c) noexcept {
+    return kKinds[static_cast<unsigned char>(c)];
+}
+
+std::size_t SkipOrdinary(std::string_view text, std::size_t at) noexcept {
+    while (at < text.size() && KindOf(text[at]) == kOrdinary) ++at;
+    return at;
+}
+
 // False when the pattern is not plain.
 bool ReadPlainPattern(std::string_view text, PlainPattern& pattern) noexcept {
     pattern.text = text;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const CharacterKind kind = kKinds[static_cast<unsigned char>(text[i])];
-        if (kind == kOrdinary) continue;
-        if (kind == kSpecial) return false;
-        if (pattern.first == std::string_view::npos) pattern.first = i;
-        pattern.last = i;
+    std::size_t at = SkipOrdinary(text, 0);
+    if (at < text.size()) pattern.first = at;
+    for (; at < text.size(); at = SkipOrdinary(text, at + 1)) {
+        if (KindOf(text[at]) == kSpecial) return false;
+        pattern.last = at;
     }
     return true;
 }

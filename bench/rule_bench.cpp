@@ -236,7 +236,7 @@ void EqualityHand(benchmark::State& state, std::int64_t length) {
     }
 }
 
-// Named here rather than by the macro's spelling, as the names pair a work with its peers.
+// Named here rather than by the macro's spelling, as the names pair a work with its peers (goals.txt).
 const int kRegistered = [] {
     const std::pair<const char*, const Rule*> rules[] = {
         {"level", &kLevel}, {"sum", &kSum}, {"twelve", &kTwelve}};
@@ -245,24 +245,23 @@ const int kRegistered = [] {
                                      [=](benchmark::State& state) { function(state, arguments...); });
     };
     for (const auto& [name, rule] : rules) {
-        const std::string text = std::string("Rule from text/") + name;
-        add(text, Solve, *rule);
-        add(text + ":by hand", ByHand, *rule);
-        add(text + ":Lua", WithLua, *rule);
-        add(text + ":muParser", WithMuParser, *rule);
-        const std::string prepared = std::string("Prepared rule/") + name;
-        add(prepared, Prepared, *rule);
-        add(prepared + ":muParser", WithPreparedMuParser, *rule);
+        const std::string suffix = std::string("/") + name;
+        add("RuleFromText" + suffix, Solve, *rule);
+        add("RuleByHand" + suffix, ByHand, *rule);
+        add("LuaLoadAndCall" + suffix, WithLua, *rule);
+        add("MuParserParseAndEvaluate" + suffix, WithMuParser, *rule);
+        add("PreparedRule" + suffix, Prepared, *rule);
+        add("MuParserConvertAndEvaluate" + suffix, WithPreparedMuParser, *rule);
     }
     for (const std::int64_t length : {20, 10000}) {
         const std::string suffix = "/" + std::to_string(length);
         for (const std::string_view pattern : {"Cam%", "%1x%x"}) {
-            const std::string name = "Match \"" + std::string(pattern) + "\"" + suffix;
-            add(name, Match, pattern, length);
-            add(name + ":by hand", MatchHand, pattern, length);
+            const std::string arguments = "/" + std::string(pattern) + suffix;
+            add("Match" + arguments, Match, pattern, length);
+            add("MatchByHand" + arguments, MatchHand, pattern, length);
         }
-        add("Name = \"Cam%\"" + suffix, EqualityRule, length);
-        add("Name = \"Cam%\"" + suffix + ":by hand", EqualityHand, length);
+        add("EqualityRule" + suffix, EqualityRule, length);
+        add("CopyAndMatchByHand" + suffix, EqualityHand, length);
     }
     return 0;
 }();

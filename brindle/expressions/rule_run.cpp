@@ -22,8 +22,8 @@ Literal ToLiteral(const RuleValue& value) {
     return literal;
 }
 
-// Operators work in the place of their left operand, and a constant that an operator takes at once stays in the program:
-// copying a value that was just written would cost more than most operators do.
+// Operators work in the place of their left operand, and a constant that an operator takes at once stays in the
+// program: copying a value that was just written would cost more than most operators do.
 class Evaluation {
   public:
     explicit Evaluation(const RuleRun& run) noexcept

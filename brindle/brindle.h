@@ -59,6 +59,7 @@
 #include "brindle/platform/programs.h"
 #include "brindle/platform/snmp_failure.h"
 #include "brindle/settings/host_type.h"
+#include "brindle/skin/ov_skin.h"
 #include "brindle/snmp/snmp.h"
 #include "brindle/snmp/snmp_variable.h"
 #include "brindle/syscreate/sys_create.h"

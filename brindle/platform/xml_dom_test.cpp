@@ -303,6 +303,33 @@ TEST_P(XmlDomTest, FindsAttributesByTheirWrittenName) {
     EXPECT_EQ(all, "xmlns,p,u, ,xmlns,v, ,k,1, p,k,2, ,e,, ,long,a&b, ");
 }
 
+TEST_P(XmlDomTest, ManyAttributesAreSetOneByOne) {
+    XmlNode* root = Root("<a xmlns:p='u' n1='0'/>");
+    XmlNode* other = document->AppendElement(root, "b");
+    for (int round = 0; round < 2; ++round) {
+        for (int i = 0; i < 200; ++i) {
+            const std::string name = (i % 2 ? "n" : "p:n") + std::to_string(i);
+            ASSERT_TRUE(document->SetAttribute(root, name.c_str(), std::to_string(i + round).c_str()));
+            if (i % 10 == 0) document->SetAttribute(other, name.c_str(), "x");
+        }
+    }
+    EXPECT_EQ(Value(root, "n1"), "=2");
+    EXPECT_EQ(Value(root, "p:n198"), "=199");
+    EXPECT_EQ(Value(root, "n198"), "unchanged");
+    EXPECT_EQ(Value(root, "p:n199"), "unchanged");
+    unsigned seen = 0;
+    std::string_view last;
+    document->VisitAttributes(root, [&](const XmlAttribute& attribute) {
+        ++seen;
+        last = attribute.localName;
+    });
+    EXPECT_EQ(seen, 201u);
+    EXPECT_EQ(last, "n199");
+    seen = 0;
+    document->VisitAttributes(other, [&seen](const XmlAttribute&) { ++seen; });
+    EXPECT_EQ(seen, 20u);
+}
+
 TEST_P(XmlDomTest, KnowsWhereElementsStand) {
     const std::string far(70000, '\n');
     const std::string text =

@@ -12,6 +12,7 @@
 #include <memory>
 #include <utility>
 
+#include "brindle/platform/linux/xml_dom_libxml2_attributes.h"
 #include "brindle/platform/linux/xml_dom_libxml2_copy.h"
 #include "brindle/platform/linux/xml_dom_libxml2_decode.h"
 #include "brindle/platform/linux/xml_dom_libxml2_markup.h"
@@ -33,14 +34,6 @@ bool Equals(const xmlChar* text, std::string_view other) {
     return std::strncmp(chars, other.data(), other.size()) == 0 && chars[other.size()] == '\0';
 }
 
-// Whether `name` is prefix:local, or local where there is no prefix.
-bool HasName(const xmlNs* ns, const xmlChar* local, std::string_view name) {
-    if (!ns || !ns->prefix) return Equals(local, name);
-    const std::string_view prefix = Chars(ns->prefix);
-    return name.size() > prefix.size() && name[prefix.size()] == ':' && name.starts_with(prefix) &&
-           Equals(local, name.substr(prefix.size() + 1));
-}
-
 std::string_view AfterColon(std::string_view name) {
     return name.substr(name.rfind(':') + 1);
 }
@@ -51,12 +44,6 @@ xmlNs* FindDeclaration(const xmlNode* element, std::string_view name) {
             ns->prefix ? name.starts_with("xmlns:") && Equals(ns->prefix, name.substr(6)) : name == "xmlns";
         if (found) return ns;
     }
-    return nullptr;
-}
-
-xmlAttr* FindByName(const xmlNode* element, std::string_view name) {
-    for (xmlAttr* attribute = element->properties; attribute; attribute = attribute->next)
-        if (HasName(attribute->ns, attribute->name, name)) return attribute;
     return nullptr;
 }
 
@@ -123,6 +110,7 @@ class Libxml2Document final : public XmlDocument {
     }
 
     xmlDoc* m_document;
+    AttributeIndex m_attributes;
     bool m_hasDeclaration = false;
     std::vector<XmlPosition> m_positions;
 };
@@ -132,6 +120,7 @@ Result Libxml2Document::Parse(std::string_view bytes, XmlInput input, XmlPositio
     xmlFreeDoc(std::exchange(m_document, empty));
     m_hasDeclaration = false;
     m_positions.clear();
+    m_attributes.Clear();
     if (bytes.size() > kXmlMaxBytes) return Result::Error(ErrorCode::kLimit, "more than 16 MiB of XML");
 
     std::string buffer;
@@ -165,7 +154,7 @@ XmlNode* Libxml2Document::NextElement(XmlChildren& list, std::string_view localN
 
 bool Libxml2Document::FindAttribute(XmlNode* element, std::string_view name, std::string& buffer,
                                     std::string_view& value) {
-    if (const xmlAttr* attribute = FindByName(In(element), name)) {
+    if (const xmlAttr* attribute = m_attributes.Find(In(element), name)) {
         value = ValueOf(attribute, buffer);
         return true;
     }
@@ -236,10 +225,10 @@ bool Libxml2Document::SetAttribute(XmlNode* element, const char* name, const cha
     if (!name || !*name) return false;
     xmlNode* node = In(element);
     xmlNode* text = Allocated(xmlNewDocText(m_document, Chars(value)));
-    xmlAttr* attribute = FindByName(node, name);
+    xmlAttr* attribute = m_attributes.Find(node, name);
     if (!attribute) {
         const auto [ns, local] = Resolve(m_document, node, name);
-        attribute = xmlNewNsProp(node, ns, Chars(local), nullptr);
+        attribute = m_attributes.Append(node, name, ns, Chars(local));
         if (!attribute) xmlFreeNode(text);
         Allocated(attribute);
     }

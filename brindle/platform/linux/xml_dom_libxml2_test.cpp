@@ -333,5 +333,19 @@ TEST_F(XmlDomLibxml2Test, AnElementOutOfAnEntityStandsWhereTheOneAroundItDoes) {
     EXPECT_EQ(document->Position(document->SelectSingle("//f")).column, 12u);
 }
 
+// In time that grows by the square of their number this would not end.
+TEST_F(XmlDomLibxml2Test, AttributesAreSetInConstantTime) {
+    document = BackendXmlDom().CreateDocument();
+    XmlNode* root = document->AppendElement(nullptr, "a");
+    constexpr int kMany = 100'000;
+    for (int round = 0; round < 2; ++round)
+        for (int i = 0; i < kMany; ++i)
+            document->SetAttribute(root, ("n" + std::to_string(i)).c_str(), round ? "new" : "old");
+    int found = 0;
+    document->VisitAttributes(root,
+                              [&found](const XmlAttribute& attribute) { found += attribute.value == "new"; });
+    EXPECT_EQ(found, kMany);
+}
+
 }  // namespace
 }  // namespace brindle

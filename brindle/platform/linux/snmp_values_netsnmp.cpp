@@ -21,12 +21,12 @@ std::string BigEndian(std::uint64_t bits, int octets) {
     return text;
 }
 
-std::string Packed(char type, const std::string& content) {
-    return std::string{kOpaqueContext, type, static_cast<char>(content.size())} + content;
+std::string Packed(unsigned char type, const std::string& content) {
+    return std::string{kOpaqueContext, static_cast<char>(type), static_cast<char>(content.size())} + content;
 }
 
 // Two's complement in the fewest octets: the first nine bits are not all alike.
-std::string PackedInteger(char type, std::uint64_t bits) {
+std::string PackedInteger(unsigned char type, std::uint64_t bits) {
     int octets = 8;
     const auto repeats = [bits](int count) {
         const std::uint64_t top = bits >> (8 * count - 9) & 0x1FF;
@@ -37,7 +37,7 @@ std::string PackedInteger(char type, std::uint64_t bits) {
 }
 
 // An unsigned number whose first bit is set gets an octet of zeros in front.
-std::string PackedUnsigned(char type, std::uint64_t bits) {
+std::string PackedUnsigned(unsigned char type, std::uint64_t bits) {
     int octets = 1;
     while (octets < 8 && bits >> (8 * octets) != 0) ++octets;
     std::string content = BigEndian(bits, octets);

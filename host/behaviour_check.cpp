@@ -14,6 +14,7 @@
 #include <set>
 
 #include "host/configured_item.h"
+#include "host/get_snmp_action.h"
 #include "host/rule_check.h"
 #include "host/rule_trigger.h"
 #include "host/set_variable_action.h"
@@ -146,14 +147,15 @@ class BehaviourChecker {
     }
 
     void CheckItem(CCommandTreeItem& item, bool isTemplate) {
-        CheckChildren();
         auto* configured = dynamic_cast<ConfiguredItem*>(&item);
+        CheckChildren(configured);
         if (!configured) return;
         // The texts of a template hold placeholders that are replaced before anything reads them.
         if (isTemplate) return;
         const AttributeTable table = configured->Attributes();
         for (std::string& problem : ReadAttributes(m_document.Reader(), table))
             m_document.Report(std::move(problem));
+        configured->LoadContent(m_document.Reader());
         for (std::string& conflict : configured->Conflicts()) m_document.Report(std::move(conflict));
         if (const auto* trigger = dynamic_cast<const RuleTrigger*>(&item)) CheckRule(trigger->Rule());
         for (const Attribute& attribute : table) {
@@ -170,9 +172,10 @@ class BehaviourChecker {
             m_document.Report("attribute \"Rule\": " + problem);
     }
 
-    void CheckChildren() {
+    void CheckChildren(const ConfiguredItem* item) {
         m_document.ForEachChild([&](const CStringA& name) {
             bool unused = false;
+            if (item && item->KnowsElement(name)) return;
             if (name != "Enabled")
                 m_document.Report("element \"" + name.str() + "\" is unknown here and has no effect");
             else if (!m_document.Reader().ReadAttribute("value", unused))
@@ -188,13 +191,16 @@ class SetVariables final : public TraveralFunct {
   public:
     explicit SetVariables(VariableManager& scope) : m_scope(scope) {}
     void operator()(CCommandTreeItem* item) const override {
-        CStringA unused;
-        const auto* action = dynamic_cast<const SetVariableAction*>(item);
-        if (action && !m_scope.getValue(action->VariableName(), unused))
-            m_scope.addVariable(Variable(action->VariableName(), ""));
+        if (const auto* set = dynamic_cast<const SetVariableAction*>(item)) Add(set->VariableName());
+        if (const auto* get = dynamic_cast<const GetSnmpAction*>(item)) Add(get->VariableName());
     }
 
   private:
+    void Add(const CStringA& name) const {
+        CStringA unused;
+        if (!name.IsEmpty() && !m_scope.getValue(name, unused)) m_scope.addVariable(Variable(name, ""));
+    }
+
     VariableManager& m_scope;
 };
 

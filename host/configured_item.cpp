@@ -14,8 +14,25 @@ bool IsKnown(const AttributeTable& table, const CStringA& name) {
 
 }  // namespace
 
-std::vector<std::string> ReadAttributes(const XMLReader& reader, const AttributeTable& table,
-                                        const TextChange& change) {
+std::string FilledIn(std::string_view text, const std::vector<XMLWriter::Replacement>& placeholders) {
+    std::string filled;
+    while (!text.empty()) {
+        const auto begins = [&](const XMLWriter::Replacement& placeholder) {
+            return !placeholder.from.IsEmpty() && text.starts_with(placeholder.from.view());
+        };
+        const auto found = std::find_if(placeholders.begin(), placeholders.end(), begins);
+        if (found == placeholders.end()) {
+            filled += text.front();
+            text.remove_prefix(1);
+        } else {
+            filled += found->to.view();
+            text.remove_prefix(found->from.view().size());
+        }
+    }
+    return filled;
+}
+
+std::vector<std::string> ReadAttributes(const XMLReader& reader, const AttributeTable& table) {
     std::vector<std::string> problems;
     for (const Attribute& attribute : table) {
         CStringA text;
@@ -24,7 +41,7 @@ std::vector<std::string> ReadAttributes(const XMLReader& reader, const Attribute
                 problems.push_back("attribute \"" + attribute.name + "\" is missing: " + attribute.expects);
             continue;
         }
-        const std::string why = attribute.parse(change ? change(text.str()) : text.str());
+        const std::string why = attribute.parse(text.str());
         if (!why.empty()) problems.push_back("attribute \"" + attribute.name + "\": " + why);
     }
     for (const CStringA& name : reader.GetAttributeNames())

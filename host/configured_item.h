@@ -11,9 +11,10 @@
 #include <brindle/xml/xml_reader.h>
 #include <brindle/xml/xml_writer.h>
 
-#include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "host/attribute.h"
@@ -28,6 +29,11 @@ class ConfiguredItem {
     virtual AttributeTable Attributes() = 0;
     // One short line that tells the item apart from others of its type: its name, else its conditions.
     virtual std::string Summary() const = 0;
+    // Whether an element of that name inside it is its own; "Enabled" is everybody's.
+    virtual bool KnowsElement(const CStringA&) const { return false; }
+    // Reads what the type keeps beside its attributes. The reader stands in the element, anywhere among its
+    // children.
+    virtual void LoadContent(XMLReader&) {}
     // Rules that no single attribute can break, each as a text; empty when all is well.
     virtual std::vector<std::string> Conflicts() const { return {}; }
 
@@ -35,12 +41,11 @@ class ConfiguredItem {
     ~ConfiguredItem() = default;  // never destroyed through this interface
 };
 
-using TextChange = std::function<std::string(std::string)>;
-
-// Reads the attributes the current section has into their fields, each text through `change` when there is
-// one. Returns what is missing, unreadable or unknown, one text each; such fields keep their value.
-std::vector<std::string> ReadAttributes(const XMLReader& reader, const AttributeTable& table,
-                                        const TextChange& change = {});
+// Reads the attributes the current section has into their fields. Returns what is missing, unreadable or unknown,
+// one text each; such fields keep their value.
+std::vector<std::string> ReadAttributes(const XMLReader& reader, const AttributeTable& table);
+// `text` with every placeholder filled in, from left to right; what was put in is not searched again.
+std::string FilledIn(std::string_view text, const std::vector<XMLWriter::Replacement>& placeholders);
 // Writes the attributes that are required or differ from the initial ones (a table of a new object).
 void WriteAttributes(XMLWriter& writer, const AttributeTable& table, const AttributeTable& initial);
 // The attributes that differ from the initial ones as `Name="text"`, separated by blanks; "Name" left out.
@@ -63,6 +68,7 @@ class ConfiguredBase : public Base, public ConfiguredItem {
         Derived copy(Self());
         writer.EnterSection(Derived::kTypeName);
         WriteAttributes(writer, copy.Attributes(), Derived().Attributes());
+        SaveContent(writer);
         Base::Save(writer);
         writer.CloseSection();
     }
@@ -70,28 +76,26 @@ class ConfiguredBase : public Base, public ConfiguredItem {
     void Load(XMLReader& reader) override {
         ReadAttributes(reader, Attributes());
         Base::Load(reader);
+        LoadContent(reader);
     }
-    // Writes this item once more with both placeholders replaced in every attribute, numbers included, taken
-    // from the reader's current section. The copy is no template. GetResultInfo answers for the copy
-    // afterwards.
+    // Writes the reader's current section, the element of this item, once more with both placeholders replaced in
+    // its attributes, texts and comments; nothing else changes but that the copy is no template. GetResultInfo
+    // answers for the copy afterwards.
     void ReplaceData(XMLReader& reader, XMLWriter& writer, CStringA first, CStringA second, CStringA third,
                      CStringA fourth) override {
-        const TextChange change = [&](std::string text) {
-            return Replaced(Replaced(text, first.view(), second.view()), third.view(), fourth.view());
-        };
-        Derived copy(Self());
-        for (const Attribute& attribute : copy.Attributes()) attribute.parse(change(attribute.text()));
-        ReadAttributes(reader, copy.Attributes(), change);
-        copy.SetTemplate(false);
-        copy.Save(writer);
-        m_replacedUnit = copy.m_resultUnit;
-        m_replacedHeader = copy.m_resultHeader;
-        m_replaced = true;
+        m_placeholders = {{std::move(first), std::move(second)}, {std::move(third), std::move(fourth)}};
+        if (!writer.EnterCopy(reader, m_placeholders)) return;
+        bool isTemplate = false;
+        if (reader.ReadAttribute("Template", isTemplate) && isTemplate)
+            writer.WriteAttribute("Template", false);
+        writer.CloseSection();
     }
-    // "ResultUnit" and "ResultHeader": of the copy that ReplaceData wrote last, else the item's own.
+    // "ResultUnit" and "ResultHeader", or what the type gives in their place: of the copy that ReplaceData wrote
+    // last, else the item's own.
     void GetResultInfo(CStringA& unit, CStringA& header) override {
-        unit = m_replaced ? m_replacedUnit : m_resultUnit;
-        header = m_replaced ? m_replacedHeader : m_resultHeader;
+        unit = FilledIn((m_resultUnit.IsEmpty() ? ImpliedUnit() : m_resultUnit).view(), m_placeholders);
+        header =
+            FilledIn((m_resultHeader.IsEmpty() ? ImpliedHeader() : m_resultHeader).view(), m_placeholders);
     }
 
   protected:
@@ -100,14 +104,17 @@ class ConfiguredBase : public Base, public ConfiguredItem {
         table.push_back(TextAttribute("ResultHeader", m_resultHeader));
     }
 
+    // Writes what LoadContent reads, behind the attributes.
+    virtual void SaveContent(XMLWriter&) const {}
+    virtual CStringA ImpliedUnit() const { return {}; }
+    virtual CStringA ImpliedHeader() const { return {}; }
+
   private:
     const Derived& Self() const { return static_cast<const Derived&>(*this); }
 
     CStringA m_resultUnit;
     CStringA m_resultHeader;
-    CStringA m_replacedUnit;
-    CStringA m_replacedHeader;
-    bool m_replaced = false;
+    std::vector<XMLWriter::Replacement> m_placeholders;  // those filled in last
 };
 
 }  // namespace brindle::host

@@ -7,6 +7,9 @@
 #include "host/button_trigger.h"
 #include "host/caption_trigger.h"
 #include "host/check_box_trigger.h"
+#include "host/get_snmp_action.h"
+#include "host/mask_header_action.h"
+#include "host/mask_unit_action.h"
 #include "host/meter_value_trigger.h"
 #include "host/meter_zone_trigger.h"
 #include "host/poll_trigger.h"
@@ -48,6 +51,9 @@ bool RegisterAll() {
     RegisterAction<WriteLogAction>();
     RegisterAction<SetVariableAction>();
     RegisterAction<SendStateAction>();
+    RegisterAction<GetSnmpAction>();
+    RegisterAction<MaskUnitAction>();
+    RegisterAction<MaskHeaderAction>();
     return true;
 }
 

@@ -275,9 +275,7 @@ TEST(RuleTrigger, ReplaceDataFillsInPlaceholders) {
     trigger.ReplaceData(reader, writer, "%OBJFLD%", "Value", "%OBJVAL%", "42");
     CStringA xml;
     ASSERT_TRUE(writer.SaveToString(xml));
-    EXPECT_EQ(xml,
-              "<?xml version=\"1.0\"?><RuleTrigger Rule=\"Value &gt; 42\" ResultUnit=\"Value\">"
-              "<Enabled value=\"TRUE\"/></RuleTrigger>");
+    EXPECT_EQ(xml, "<?xml version=\"1.0\"?><RuleTrigger Rule=\"Value &gt; 42\" ResultUnit=\"Value\"/>");
     EXPECT_EQ(trigger.Attributes().at(1).text(), "%OBJFLD% > %OBJVAL%") << "the template itself is unchanged";
 }
 

@@ -265,7 +265,7 @@ TEST(HostTypes, AreRegisteredOnce) {
     CCommandTriggerList::GetTypeList(names);
     EXPECT_EQ(names.GetCount(), 9);
     CCommandActionList::GetTypeList(names);
-    EXPECT_EQ(names.GetCount(), 4);
+    EXPECT_EQ(names.GetCount(), 7);
 }
 
 TEST(HostTypes, EveryAttributeIsSavedAndLoaded) {
@@ -365,7 +365,7 @@ TEST(HostTypes, ReplaceDataWritesACopyWithItsPlaceholdersFilled) {
     ASSERT_TRUE(writer.SaveToString(xml));
     EXPECT_EQ(xml,
               "<?xml version=\"1.0\"?><SendStateAction Address=\"0001:02:03\" State=\"42\" Text=\"Fan!\""
-              " ResultUnit=\"U Fan\" ResultHeader=\"42\"><Enabled value=\"TRUE\"/></SendStateAction>");
+              " Template=\"FALSE\" ResultUnit=\"U Fan\" ResultHeader=\"42\"/>");
     CStringA unit, header;
     action->GetResultInfo(unit, header);
     EXPECT_EQ(unit, "U Fan");

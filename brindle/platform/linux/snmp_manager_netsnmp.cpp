@@ -1,15 +1,16 @@
 // SNMP on net-snmp's single-session interface. The library is used without its MIBs, configuration files,
 // persistent state and log: starting it touches no file and prints nothing. Its process-wide counters are not
-// guarded, so one lock stands round everything that uses them: start, open, making of a request, time-outs,
-// close; never round sending, waiting and receiving. Only the library's last-error slot, which nobody here
-// reads, is written without it when an answer cannot be decoded.
+// guarded, so one lock stands round everything that uses them: start, open, making of a request, taking in of
+// a packet that has come, time-outs, close. None of these waits, and the lock is never held while names are
+// looked up, a request is sent or its answer awaited.
 //
 // net-snmp's own loop over a request's answers is not used: packets that never end would keep it from ever
-// timing out. Tests: snmp_manager_test.cpp, snmp_manager_netsnmp_test.cpp.
+// timing out. Tests: snmp_manager_test.cpp, snmp_agent_test.cpp, snmp_process_test.cpp.
 #include <net-snmp/net-snmp-config.h>
 
 #include <net-snmp/net-snmp-includes.h>
 
+#include <fcntl.h>
 #include <net-snmp/library/large_fd_set.h>
 #include <netdb.h>
 #include <sys/select.h>
@@ -103,6 +104,13 @@ struct Exchange {
     SnmpBinding binding;
 };
 
+// Reading never waits, not even for a packet that is dropped between being announced and being read; programs
+// started meanwhile do not inherit the socket.
+void SetManners(int socket) {
+    ::fcntl(socket, F_SETFL, O_NONBLOCK);
+    ::fcntl(socket, F_SETFD, FD_CLOEXEC);
+}
+
 // A session carries its exchange, as net-snmp may still speak of a request while it closes.
 class NetSnmpSession final : public SnmpSession {
   public:
@@ -128,6 +136,7 @@ class NetSnmpSession final : public SnmpSession {
             static_cast<long>(std::clamp<std::int64_t>(m_target.timeout.count(), 1, INT32_MAX)) * 1000;
         wanted.retries = std::max(m_target.retries, 0);
         m_handle = ::snmp_sess_open(&wanted);  // copies what it was given
+        if (m_handle) SetManners(::snmp_sess_transport(m_handle)->sock);
         return m_handle != nullptr;
     }
 
@@ -199,11 +208,11 @@ class Sockets {
 void AwaitAnswer(void* session, Exchange& exchange) {
     Sockets sockets;
     while (exchange.outcome == Exchange::kWaiting) {
-        if (sockets.Wait(session)) sockets.Read(session);
-        if (exchange.outcome != Exchange::kWaiting) return;
-        // Also after a packet: packets that are no answer must not put the time-out off.
+        const bool readable = sockets.Wait(session);
         const std::lock_guard lock(g_library);
-        ::snmp_sess_timeout(session);
+        if (readable) sockets.Read(session);
+        // Also after a packet: packets that are no answer must not put the time-out off.
+        if (exchange.outcome == Exchange::kWaiting) ::snmp_sess_timeout(session);
     }
 }
 

@@ -143,6 +143,7 @@ void DeclareTool(Command& tool) {
     DeclareFormat(tool);
     DeclareVariables(tool);
     DeclareRule(tool);
+    DeclareSnmp(tool);
     DeclareInfo(tool);
     tool.Note(
         "\"brindle COMMAND --help\" explains a command and shows examples. Results go to the standard "

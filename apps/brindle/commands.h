@@ -11,6 +11,7 @@ void DeclareAddress(Command& tool);    // command_address.cpp
 void DeclareFormat(Command& tool);     // command_format.cpp
 void DeclareVariables(Command& tool);  // command_variables.cpp
 void DeclareRule(Command& tool);       // command_rule.cpp
+void DeclareSnmp(Command& tool);       // command_snmp.cpp
 void DeclareInfo(Command& tool);       // command_info.cpp
 
 }  // namespace brindle::tool

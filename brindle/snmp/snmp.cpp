@@ -154,6 +154,13 @@ CStringA KySnmpLastOctets(const CSnmpVariable* variable) {
     return t_request && &t_request->variable == variable ? CStringA(t_request->octets) : CStringA();
 }
 
+CStringA KySnmpPlainValue(int type, const CStringA& value) {
+    SnmpManager& manager = brindle::CurrentSnmpManager();
+    brindle::SnmpValue read;
+    if (!brindle::ReadSnmpValue(manager, type, value.view(), read)) return {};
+    return CStringA(brindle::SnmpValueText(manager, read));
+}
+
 brindle::SnmpVersion KySnmpSetVersion(brindle::SnmpVersion version) noexcept {
     return g_version.exchange(version);
 }

@@ -31,5 +31,9 @@ BRINDLE_API brindle::SnmpFailure KySnmpLastFailure(const CSnmpVariable* variable
 // byte. Empty otherwise.
 BRINDLE_API CStringA KySnmpLastOctets(const CSnmpVariable* variable);
 
+// The text a get gives for the value that a set of this type and text sends: "0x20" of type 65 is "32", "-1" of type
+// 66 "4294967295". Octets end at their first zero byte; a text that is no value of its type is empty.
+BRINDLE_API CStringA KySnmpPlainValue(int type, const CStringA& value);
+
 // The protocol of all calls that start from now on; 2c until it is set. Returns the one before. Thread: any.
 BRINDLE_API brindle::SnmpVersion KySnmpSetVersion(brindle::SnmpVersion version) noexcept;

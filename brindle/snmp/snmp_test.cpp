@@ -314,6 +314,28 @@ TEST_F(SnmpFunctions, TheReasonIsKnownInsideTheCallBackOnly) {
     EXPECT_EQ(seen.elsewhere, SnmpFailureKind::kNone);
 }
 
+TEST_F(SnmpFunctions, TellHowAValueReadsBack) {
+    struct Row {
+        int type;
+        std::string value;
+        const char* expected;
+    };
+    const Row rows[] = {{65, "0x20", "32"},
+                        {66, "-1", "4294967295"},
+                        {2, "010", "8"},
+                        {2, "9999999999", "2147483647"},
+                        {70, "0xFFFFFFFFFFFFFFFF", "-1"},
+                        {6, "1.5.0", ".1.3.6.1.2.1.1.5.0"},
+                        {6, "sysName", ""},
+                        {4, "On air", "On air"},
+                        {64, std::string("\x0A\0\0\x01", 4), "\x0A"},
+                        {5, "17", "0"}};
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.value);
+        EXPECT_EQ(KySnmpPlainValue(row.type, CStringA(row.value)), row.expected);
+    }
+}
+
 TEST_F(SnmpFunctions, SpeakTheVersionThatWasSet) {
     EXPECT_EQ(KySnmpSetVersion(SnmpVersion::k1), SnmpVersion::k2c);
     const SnmpResult got = m_calls.GetNow(SnmpVariableAt(kAgent, "1.99.0"));

@@ -99,7 +99,8 @@ bool ReadSnmpValue(SnmpManager& manager, int tag, std::string_view text, SnmpVal
             read.number = ReadCounter64(text);
             break;
         default:
-            read.number = static_cast<std::uint32_t>(ReadLong(text, 0).value);
+            // NULL carries no number.
+            read.number = tag == snmp_tag::kNull ? 0 : static_cast<std::uint32_t>(ReadLong(text, 0).value);
     }
     value = std::move(read);
     return true;

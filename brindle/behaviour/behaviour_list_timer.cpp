@@ -7,6 +7,7 @@
 #include "brindle/behaviour/repeat_queue.h"
 #include "brindle/behaviour/time_based_trigger.h"
 #include "brindle/platform/clock.h"
+#include "brindle/platform/programs.h"
 
 using brindle::EngineCall;
 using brindle::ListFrame;
@@ -59,6 +60,7 @@ void CCommandBehaviourList::OnTimer() {
 }
 
 void CCommandBehaviourList::CallOnTimer() {
+    brindle::CurrentPrograms().Reap();
     const std::uint64_t now = brindle::SystemMilliseconds();
     if (brindle::EarliestOfAll() > now) return;
     const EngineCall call;

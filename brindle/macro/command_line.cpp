@@ -24,3 +24,11 @@ void FormatCommandLineEx(CStringA& commandLine, const FullAddress_t* address, co
     if (line.starts_with('.')) line.insert(0, std::string(path ? path : "") + "\\");
     if (data && hasHash) line = brindle::ExpandHashFields(line, address, *data);
 }
+
+namespace brindle {
+
+void FormatWith(CStringA& line, const FormatArguments& a) {
+    FormatCommandLineEx(line, a.address, a.path, a.caption, a.text, a.help, a.status, a.r, a.n, a.q);
+}
+
+}  // namespace brindle

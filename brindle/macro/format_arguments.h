@@ -25,6 +25,9 @@ struct FormatArguments {
     IBrindleData* data;  // the host's object, or null
 };
 
+// FormatCommandLineEx with these; `data` is not looked at, the registered object answers.
+void FormatWith(CStringA& line, const FormatArguments& arguments);
+
 class FieldTexts {
   public:
     explicit FieldTexts(const FormatArguments& arguments) : m_arguments(arguments) {}

@@ -11,6 +11,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -26,6 +27,15 @@ struct FileStamp {
     bool settled = false;
 
     bool SameContent(const FileStamp& later) const noexcept { return settled && marks == later.marks; }
+};
+
+// Makes a directory the current one again when it is destroyed, whatever happened to its name meanwhile.
+class KeptDirectory {
+  public:
+    KeptDirectory() = default;
+    KeptDirectory(const KeptDirectory&) = delete;
+    KeptDirectory& operator=(const KeptDirectory&) = delete;
+    virtual ~KeptDirectory() = default;
 };
 
 class Files {
@@ -53,6 +63,8 @@ class Files {
     // The current directory as a host path. Empty when it is gone.
     virtual std::string CurrentDirectory() = 0;
     virtual Result SetCurrentDirectory(std::string_view hostPath) = 0;
+    // Remembers the current directory.
+    virtual std::unique_ptr<KeptDirectory> KeepDirectory() = 0;
     // The system path a host path stands for (UTF-8 or whatever bytes the system uses).
     virtual std::string SystemPath(std::string_view hostPath, bool forCreation) = 0;
     // Maps a drive letter (any case) to a folder of the system; an empty folder removes the mapping. False

@@ -401,6 +401,23 @@ TEST_P(FilesContract, CurrentDirectory) {
     EXPECT_EQ(files().CurrentDirectory(), In("c/Site"));
 }
 
+TEST_P(FilesContract, AKeptDirectoryComesBack) {
+    world().AddFolder("a");
+    world().AddFolder("b");
+    ASSERT_TRUE(files().SetCurrentDirectory(In("a")).ok());
+    {
+        const auto kept = files().KeepDirectory();
+        EXPECT_EQ(files().CurrentDirectory(), In("a"));
+        ASSERT_TRUE(files().SetCurrentDirectory(In("b")).ok());
+        {
+            const auto inner = files().KeepDirectory();
+            ASSERT_TRUE(files().SetCurrentDirectory(In("a")).ok());
+        }
+        EXPECT_EQ(files().CurrentDirectory(), In("b"));
+    }
+    EXPECT_EQ(files().CurrentDirectory(), In("a"));
+}
+
 TEST_P(FilesContract, RelativePathsStayOnTheMappedDriveToo) {
     world().AddFile("c/Site/a.txt", "a");
     world().AddFile("c/top", "top");

@@ -152,6 +152,19 @@ Result FakeFiles::SetCurrentDirectory(std::string_view hostPath) {
     return {};
 }
 
+std::unique_ptr<KeptDirectory> FakeFiles::KeepDirectory() {
+    class Kept final : public KeptDirectory {
+      public:
+        explicit Kept(std::string& current) : m_current(current), m_before(current) {}
+        ~Kept() override { m_current = m_before; }
+
+      private:
+        std::string& m_current;
+        std::string m_before;
+    };
+    return std::make_unique<Kept>(m_current);
+}
+
 std::string FakeFiles::SystemPath(std::string_view hostPath, bool forCreation) {
     return m_paths.Resolve(*this, hostPath, forCreation);
 }

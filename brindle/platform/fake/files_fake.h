@@ -25,6 +25,7 @@ class FakeFiles final : public Files, private FolderView {
     bool IsFolder(std::string_view hostPath) override;
     std::string CurrentDirectory() override;
     Result SetCurrentDirectory(std::string_view hostPath) override;
+    std::unique_ptr<KeptDirectory> KeepDirectory() override;
     std::string SystemPath(std::string_view hostPath, bool forCreation) override;
     bool MapDrive(char letter, std::string_view systemFolder) override;
 

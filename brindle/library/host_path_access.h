@@ -18,6 +18,8 @@ namespace brindle {
 // The whole file into `bytes`. Fails, `bytes` unchanged, when it cannot be opened or holds more than `limit`
 // bytes.
 BRINDLE_API Result ReadHostFile(std::string_view hostPath, std::uint64_t limit, std::string& bytes);
+// Writes the whole file or nothing: an existing file stays as it was when this fails.
+BRINDLE_API Result WriteHostFile(std::string_view hostPath, std::string_view bytes);
 // The path the system knows an existing file by: UTF-8, or whatever bytes the system uses.
 BRINDLE_API std::string SystemPathOf(std::string_view hostPath);
 // Maps a drive letter (any case) to a folder of the system; an empty folder removes the mapping. False for what

@@ -64,6 +64,10 @@ TEST(HostPathAccess, GoesThroughTheFilesService) {
     EXPECT_FALSE(ReadHostFile("/site.ini", 5, bytes).ok());
     EXPECT_FALSE(ReadHostFile("/missing.ini", 6, bytes).ok());
     EXPECT_EQ(bytes, "before");
+    EXPECT_TRUE(WriteHostFile("\\site.ini", "[New]").ok());
+    EXPECT_TRUE(ReadHostFile("/site.ini", 6, bytes).ok());
+    EXPECT_EQ(bytes, "[New]");
+    EXPECT_FALSE(WriteHostFile("/no folder/site.ini", "").ok());
     EXPECT_EQ(SystemPathOf("/SITE.INI"), fake.SystemPath("/SITE.INI", false));
     EXPECT_FALSE(MapDriveLetter('1', "/media"));
     EXPECT_TRUE(MapDriveLetter('c', "/media"));

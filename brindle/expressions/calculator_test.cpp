@@ -140,6 +140,12 @@ TEST(Calculator, ValueStackHoldsOneMoreThanItsCapacity_Deliberate) {
     EXPECT_EQ(run(101, 100), 101);
     EXPECT_EQ(run(102, 100), 101);  // the last value found no room
     EXPECT_EQ(run(102, 101), -1);
+    Expression different;  // 0 to 101 and a sum: the 101 is dropped
+    for (int i = 0; i < 102; ++i) different.Add(new Literal(i));
+    different.Add(new Operator(Operator::Plus));
+    Literal result;
+    EXPECT_TRUE(CCalculator().Run(different, result));
+    EXPECT_EQ(result.AsInt(), 99 + 100);
 }
 
 TEST(Calculator, LongRulesTakeLinearTime) {

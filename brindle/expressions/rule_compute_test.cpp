@@ -350,6 +350,11 @@ TEST(RuleCompute, TextsGoBackToThePool) {
     brindle::Compute(sum, owned("ab"), Operator::Equal, pool);
     EXPECT_EQ(sum.owned, nullptr);
     EXPECT_EQ(pool.Take(), first);
+    RuleValue product = owned("2");
+    const CStringA* const third = product.owned;
+    brindle::Compute(product, RuleValue::OfInt(3), Operator::Multiply, pool);
+    EXPECT_EQ(product.owned, nullptr);
+    EXPECT_EQ(pool.Take(), third);
     RuleValue negated = owned("x");
     CStringA* const second = negated.owned;
     brindle::Negate(negated, pool);

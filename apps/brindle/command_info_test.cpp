@@ -36,6 +36,10 @@ TEST(ToolInfo, PrintsJson) {
         }
     EXPECT_TRUE(xml);
     EXPECT_EQ(json["limits"][0]["value"], 16777216);
+    std::string names;
+    for (const nlohmann::json& limit : json["limits"]) names += limit["name"].get<std::string>() + "; ";
+    for (const char* name : {"XML document", "variables resolved", "fields expanded", "INI file"})
+        EXPECT_THAT(names, ::testing::HasSubstr(name));
 }
 
 }  // namespace

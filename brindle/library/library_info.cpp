@@ -4,7 +4,9 @@
 #include "brindle/library/module.h"
 #include "brindle/platform/backend_info.h"
 #include "brindle/platform/code_page.h"
+#include "brindle/platform/ini_store.h"
 #include "brindle/platform/xml_dom.h"
+#include "brindle/settings/line_limit.h"
 #include "brindle/variables/variable_manager.h"
 
 namespace brindle {
@@ -23,7 +25,9 @@ std::vector<LibraryLimit> Limits() {
             {"XML elements inside each other", kXmlMaxDepth, "levels"},
             {"XML attributes of one element", kXmlMaxAttributes, "attributes"},
             {"XML namespace declarations in scope", kXmlMaxNamespaces, "declarations"},
-            {"text with its variables resolved", VariableManager::kResolveLimit, "bytes"}};
+            {"text with its variables resolved", VariableManager::kResolveLimit, "bytes"},
+            {"command line with its fields expanded", kLineLimit, "bytes"},
+            {"INI file", kIniMaxBytes, "bytes"}};
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 
 #include "brindle/macro/date_tokens.h"
 #include "brindle/platform/clock.h"
+#include "brindle/settings/line_limit.h"
 
 namespace brindle {
 namespace {

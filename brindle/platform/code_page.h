@@ -9,7 +9,6 @@
 #include <string>
 #include <string_view>
 
-#include "brindle/framework/export.h"
 
 namespace brindle {
 
@@ -31,11 +30,11 @@ class CodePage {
     ~CodePage() = default;  // never destroyed through this interface
 };
 
-BRINDLE_API CodePage& CurrentCodePage() noexcept;
+CodePage& CurrentCodePage() noexcept;
 // Installs a service (not owned; null: the backend's again). Returns the one installed before, or null.
-BRINDLE_API CodePage* SetCodePage(CodePage* service) noexcept;
+CodePage* SetCodePage(CodePage* service) noexcept;
 
-BRINDLE_API std::string ToUtf8(std::string_view bytes);
-BRINDLE_API std::string FromUtf8(std::string_view utf8);
+std::string ToUtf8(std::string_view bytes);
+std::string FromUtf8(std::string_view utf8);
 
 }  // namespace brindle

@@ -15,7 +15,6 @@
 #include <string>
 #include <string_view>
 
-#include "brindle/framework/export.h"
 #include "brindle/framework/result.h"
 
 namespace brindle {
@@ -75,14 +74,14 @@ class Files {
     ~Files() = default;  // never destroyed through this interface
 };
 
-BRINDLE_API Files& CurrentFiles() noexcept;
+Files& CurrentFiles() noexcept;
 // Installs a service (not owned; null: the backend's again). Returns the one installed before, or null.
-BRINDLE_API Files* SetFiles(Files* service) noexcept;
+Files* SetFiles(Files* service) noexcept;
 
 // Where the services report what a person should know although the call succeeded. Null: nowhere (the
 // default).
 using WarningSink = void (*)(const char* text);
-BRINDLE_API WarningSink SetWarningSink(WarningSink sink) noexcept;
-BRINDLE_API void Warn(const char* text);
+WarningSink SetWarningSink(WarningSink sink) noexcept;
+void Warn(const char* text);
 
 }  // namespace brindle

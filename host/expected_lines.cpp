@@ -1,61 +1,23 @@
-// The comparison behind --expect. The longest common subsequence of the part between the common beginning and
-// the common end, while that part is small enough for its table; beyond, the part is shown as one block.
-// Tests: site_test.cpp.
+// The comparison behind --expect. Tests: site_test.cpp.
 #include "host/expected_lines.h"
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "host/line_matching.h"
 #include "host/words.h"
 
 namespace brindle::host {
 
 namespace {
 
-constexpr std::size_t kLargestTable = 16'000'000;  // cells
-constexpr std::size_t kContext = 2;                // equal lines shown around differences
+constexpr std::size_t kContext = 2;  // equal lines shown around differences
 
 using Json = nlohmann::json;  // its objects do not depend on the order of keys
 
-struct Matcher {
+struct BothSides {
     std::vector<Json> expected;
     std::vector<Json> actual;
-    std::vector<std::pair<std::size_t, std::size_t>> pairs;  // equal lines
-
-    void Match() {
-        std::size_t head = 0;
-        const std::size_t shorter = std::min(expected.size(), actual.size());
-        while (head < shorter && expected[head] == actual[head]) pairs.emplace_back(head, head), ++head;
-        std::size_t tail = 0;
-        while (tail < shorter - head &&
-               expected[expected.size() - 1 - tail] == actual[actual.size() - 1 - tail])
-            ++tail;
-        MatchMiddle(head, expected.size() - tail, actual.size() - tail);
-        for (; tail > 0; --tail) pairs.emplace_back(expected.size() - tail, actual.size() - tail);
-    }
-
-  private:
-    void MatchMiddle(std::size_t head, std::size_t expectedEnd, std::size_t actualEnd) {
-        const std::size_t rows = expectedEnd - head;
-        const std::size_t columns = actualEnd - head;
-        if (rows == 0 || columns == 0 || rows + 1 > kLargestTable / (columns + 1)) return;
-        std::vector<unsigned> length((rows + 1) * (columns + 1));
-        const auto at = [&](std::size_t r, std::size_t c) -> unsigned& {
-            return length[r * (columns + 1) + c];
-        };
-        for (std::size_t r = rows; r-- > 0;)
-            for (std::size_t c = columns; c-- > 0;)
-                at(r, c) = expected[head + r] == actual[head + c] ? at(r + 1, c + 1) + 1
-                                                                  : std::max(at(r + 1, c), at(r, c + 1));
-        for (std::size_t r = 0, c = 0; r < rows && c < columns;) {
-            if (expected[head + r] == actual[head + c])
-                pairs.emplace_back(head + r++, head + c++);
-            else if (at(r + 1, c) >= at(r, c + 1))
-                ++r;
-            else
-                ++c;
-        }
-    }
 };
 
 std::vector<std::string> DifferingKeys(const Json& one, const Json& other) {
@@ -68,7 +30,7 @@ std::vector<std::string> DifferingKeys(const Json& one, const Json& other) {
 
 // The lines of both sides between two pairs of equal lines, a missing line next to the added one that stands
 // in its place.
-void AppendGap(const Matcher& matcher, const std::vector<ExpectedLine>& expected,
+void AppendGap(const BothSides& sides, const std::vector<ExpectedLine>& expected,
                const std::vector<RunRecord>& actual, std::size_t e, std::size_t eEnd, std::size_t a,
                std::size_t aEnd, std::vector<LineChange>& changes) {
     for (; e < eEnd || a < aEnd; ++e, ++a) {
@@ -76,11 +38,11 @@ void AppendGap(const Matcher& matcher, const std::vector<ExpectedLine>& expected
         if (e < eEnd)
             changes.push_back(
                 {LineChange::kMissing, expected[e].line, RecordLine(expected[e].record),
-                 both ? DifferingKeys(matcher.expected[e], matcher.actual[a]) : std::vector<std::string>()});
+                 both ? DifferingKeys(sides.expected[e], sides.actual[a]) : std::vector<std::string>()});
         if (a < aEnd)
             changes.push_back(
                 {LineChange::kAdded, a + 1, RecordLine(actual[a]),
-                 both ? DifferingKeys(matcher.actual[a], matcher.expected[e]) : std::vector<std::string>()});
+                 both ? DifferingKeys(sides.actual[a], sides.expected[e]) : std::vector<std::string>()});
     }
 }
 
@@ -118,16 +80,16 @@ std::string ReadExpected(const std::string& utf8, std::vector<ExpectedLine>& exp
 
 std::vector<LineChange> CompareLines(const std::vector<ExpectedLine>& expected,
                                      const std::vector<RunRecord>& actual) {
-    Matcher matcher;
-    for (const ExpectedLine& line : expected) matcher.expected.emplace_back(line.record);
-    for (const RunRecord& record : actual) matcher.actual.emplace_back(record);
-    matcher.Match();
-    matcher.pairs.emplace_back(expected.size(), actual.size());
+    BothSides sides;
+    for (const ExpectedLine& line : expected) sides.expected.emplace_back(line.record);
+    for (const RunRecord& record : actual) sides.actual.emplace_back(record);
+    auto pairs = LineMatcher(sides.expected, sides.actual).Match();
+    pairs.emplace_back(expected.size(), actual.size());
     std::vector<LineChange> all;
     std::size_t e = 0;
     std::size_t a = 0;
-    for (const auto& [nextExpected, nextActual] : matcher.pairs) {
-        AppendGap(matcher, expected, actual, e, nextExpected, a, nextActual, all);
+    for (const auto& [nextExpected, nextActual] : pairs) {
+        AppendGap(sides, expected, actual, e, nextExpected, a, nextActual, all);
         if (nextExpected < expected.size())
             all.push_back({LineChange::kSame,
                            expected[nextExpected].line,

@@ -139,6 +139,7 @@ void DeclareTool(Command& tool) {
     tool.Flag("--version", unused, "print the version");
     DeclareRun(tool);
     DeclareCheck(tool);
+    DeclareCreate(tool);
     DeclareAddress(tool);
     DeclareFormat(tool);
     DeclareVariables(tool);

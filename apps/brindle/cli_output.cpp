@@ -105,6 +105,13 @@ void PrintError(std::string_view bytes) {
     WriteLine(stderr, TextToSystem(bytes));
 }
 
+void ShowProgress(std::string_view bytes) {
+    if (!ErrorIsTerminal()) return;
+    const std::string line = "\r" + TextToSystem(bytes) + "\x1b[K";
+    std::fwrite(line.data(), 1, line.size(), stderr);
+    std::fflush(stderr);
+}
+
 std::string Paint(Stream stream, Colour colour, std::string_view text) {
     if (colour == Colour::kPlain || text.empty() || !ShowsColours(stream)) return std::string(text);
     return Code(colour) + std::string(text) + "\x1b[0m";

@@ -48,6 +48,9 @@ bool OutputFailed();
 // --- standard error ---
 void Complain(std::string_view what, std::string_view why);  // notes, warnings, errors: "brindle: WHAT: WHY"
 void PrintError(std::string_view bytes);                     // a line of another form
+// A line of progress in the place of the one before; an empty text takes it away. Nothing shows unless the standard
+// error is a terminal.
+void ShowProgress(std::string_view bytes);
 
 // --- colour: only on a terminal, and not under NO_COLOR ---
 enum class Colour { kPlain, kBold, kDim, kRed, kGreen, kYellow, kBlue, kMagenta, kCyan };

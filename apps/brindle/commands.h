@@ -7,6 +7,7 @@ class Command;
 
 void DeclareRun(Command& tool);        // command_run.cpp
 void DeclareCheck(Command& tool);      // command_check.cpp
+void DeclareCreate(Command& tool);     // command_create.cpp
 void DeclareAddress(Command& tool);    // command_address.cpp
 void DeclareFormat(Command& tool);     // command_format.cpp
 void DeclareVariables(Command& tool);  // command_variables.cpp

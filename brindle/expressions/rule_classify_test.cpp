@@ -108,6 +108,22 @@ TEST(RuleClassify, IsDateTime) {
     }
 }
 
+TEST(RuleClassify, BeginningsOfDatesAreNone) {
+    struct FormRow {
+        std::string text;
+        std::size_t lastNumber;  // where it begins: from its first digit on the text is complete
+    };
+    const FormRow rows[] = {{"2023-01-02T10:00:00", 17}, {"Mon Jan 02 10:00:00 2023", 20}};
+    for (const FormRow& row : rows) {
+        for (std::size_t length = 0; length <= row.text.size(); ++length) {
+            const std::string text = row.text.substr(0, length) + "xxxxxxxxxxxx";
+            SCOPED_TRACE(text);
+            COleDateTime date;
+            EXPECT_EQ(CCalculator::IsDateTime(text, date), length > row.lastNumber);
+        }
+    }
+}
+
 TEST(RuleClassify, ZeroByteEndsADate) {
     COleDateTime date;
     EXPECT_TRUE(CCalculator::IsDateTime("2023-01-02T10:00:0" + kZero + "9", date));

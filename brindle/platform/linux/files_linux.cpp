@@ -115,13 +115,15 @@ class LinuxKeptDirectory final : public KeptDirectory {
     FileDescriptor m_folder{open(".", O_PATH | O_DIRECTORY | O_CLOEXEC)};
 };
 
-// Reads until the end of the file; 0 or the system's error, EFBIG when there is more than the limit.
-int ReadUpTo(int fd, std::uint64_t limit, std::string& bytes) {
-    constexpr std::size_t kChunk = 256 * 1024;
+// Reads until the end of the file; 0 or the system's error, EFBIG when there is more than the limit. A file that has
+// the expected size costs no memory beyond it; one that has grown, or has no size of its own, is read in chunks.
+int ReadUpTo(int fd, std::uint64_t expected, std::uint64_t limit, std::string& bytes) {
+    constexpr std::uint64_t kChunk = 16 * 1024;
     for (;;) {
         const std::size_t have = bytes.size();
+        const std::uint64_t chunk = have < expected ? expected - have : kChunk + have;
         // One byte more than allowed shows that there is more.
-        const auto want = static_cast<std::size_t>(std::min<std::uint64_t>(kChunk - 1, limit - have)) + 1;
+        const auto want = static_cast<std::size_t>(std::min(chunk, limit - have)) + 1;
         bytes.resize(have + want);
         const ssize_t got = read(fd, bytes.data() + have, want);
         bytes.resize(have + (got > 0 ? static_cast<std::size_t>(got) : 0));
@@ -337,7 +339,8 @@ class LinuxFiles final : public Files {
         std::string read;
         if (status.st_size > 0 && static_cast<std::uint64_t>(status.st_size) > limit)
             return SystemError(hostPath, EFBIG);
-        if (const int error = ReadUpTo(file.get(), limit, read)) return SystemError(hostPath, error);
+        const auto size = static_cast<std::uint64_t>(std::max<off_t>(status.st_size, 0));
+        if (const int error = ReadUpTo(file.get(), size, limit, read)) return SystemError(hostPath, error);
         bytes = std::move(read);
         return {};
     }

@@ -74,6 +74,7 @@
 #include "brindle/snmp/snmp_variable.h"
 #include "brindle/syscreate/sys_create.h"
 #include "brindle/syscreate/virt_alarm_trig_data.h"
+#include "brindle/util/file_monitor.h"
 #include "brindle/util/my_char_replacer.h"
 #include "brindle/util/replacer.h"
 #include "brindle/util/utils.h"

@@ -146,6 +146,7 @@ void DeclareTool(Command& tool) {
     DeclareRule(tool);
     DeclareSnmp(tool);
     DeclareSkin(tool);
+    DeclareWatch(tool);
     DeclareInfo(tool);
     tool.Note(
         "\"brindle COMMAND --help\" explains a command and shows examples. Results go to the standard "

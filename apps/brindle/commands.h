@@ -14,6 +14,7 @@ void DeclareVariables(Command& tool);  // command_variables.cpp
 void DeclareRule(Command& tool);       // command_rule.cpp
 void DeclareSnmp(Command& tool);       // command_snmp.cpp
 void DeclareSkin(Command& tool);       // command_skin.cpp
+void DeclareWatch(Command& tool);      // command_watch.cpp
 void DeclareInfo(Command& tool);       // command_info.cpp
 
 }  // namespace brindle::tool

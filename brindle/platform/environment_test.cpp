@@ -157,7 +157,8 @@ TEST(BackendInfo, NamesEveryServiceAndTheLoadedLibraries) {
         EXPECT_FALSE(part.library.empty()) << part.service;
         EXPECT_THAT(part.version, ::testing::MatchesRegex("[0-9]+\\.[0-9]+.*")) << part.service;
     }
-    EXPECT_THAT(services, ::testing::ElementsAre("clock", "code page", "files", "SNMP", "XML"));
+    EXPECT_THAT(services,
+                ::testing::ElementsAre("clock", "code page", "directory watch", "files", "SNMP", "XML"));
 }
 
 }  // namespace

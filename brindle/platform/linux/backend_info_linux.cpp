@@ -29,6 +29,14 @@ std::string SystemName() {
     return std::string(name.sysname) + " " + name.release + " " + name.machine;
 }
 
+// "6.1.0" of "6.1.0-18-amd64".
+std::string KernelVersion() {
+    utsname name{};
+    if (::uname(&name) != 0) return {};
+    const std::string_view release = name.release;
+    return std::string(release.substr(0, release.find_first_not_of("0123456789.")));
+}
+
 }  // namespace
 
 BackendInfo DescribeBackend() {
@@ -38,6 +46,7 @@ BackendInfo DescribeBackend() {
     const std::string c = ::gnu_get_libc_version();
     info.parts = {{"clock", "glibc", c},
                   {"code page", "own table for 1252, iconv of glibc", c},
+                  {"directory watch", "inotify", KernelVersion()},
                   {"files", "glibc", c},
                   {"SNMP", "net-snmp", ::netsnmp_get_version()},
                   {"XML", "libxml2", XmlVersion()}};

@@ -20,6 +20,7 @@
 
 #include "brindle/platform/backend.h"
 #include "brindle/platform/host_path.h"
+#include "brindle/platform/linux/file_descriptor.h"
 #include "brindle/platform/system_text.h"
 
 namespace brindle {
@@ -64,25 +65,6 @@ Result NoPath(std::string_view hostPath) {
     return Result::Error(ErrorCode::kInvalidArgument,
                          hostPath.empty() ? "empty path" : "path with a zero byte in it");
 }
-
-class FileDescriptor {
-  public:
-    explicit FileDescriptor(int fd) : m_fd(fd) {}
-    FileDescriptor(const FileDescriptor&) = delete;
-    FileDescriptor& operator=(const FileDescriptor&) = delete;
-    ~FileDescriptor() { Close(); }
-    bool ok() const { return m_fd >= 0; }
-    int get() const { return m_fd; }
-    // 0 or the system's error.
-    int Close() {
-        if (m_fd < 0) return 0;
-        const int result = close(std::exchange(m_fd, -1));
-        return result == 0 || errno == EINTR ? 0 : errno;
-    }
-
-  private:
-    int m_fd;
-};
 
 class LinuxFolderView final : public FolderView {
   public:

@@ -34,7 +34,8 @@ struct DirectoryCompletion {
     };
     std::uint64_t directory = 0;  // the number given to Add
     Lost lost = Lost::kNothing;
-    std::vector<DirectoryChange> changes;  // each name once, in order; empty when something was lost
+    // Each name once, in order of its first change; kReplaced if any change of it was. Empty when something was lost.
+    std::vector<DirectoryChange> changes;
 };
 
 class DirectoryWatch {

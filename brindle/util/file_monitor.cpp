@@ -40,6 +40,7 @@ bool SplitFilePath(std::string_view path, std::string_view& directory, std::stri
 
 FileMonitor::Handler::~Handler() = default;
 void FileMonitor::Handler::OnChangesLost(const CStringA&) {}
+void FileMonitor::Handler::OnChangePassedOver(const CStringA&) {}
 
 // One watched directory.
 class FileMonitor::DirMon {
@@ -113,9 +114,9 @@ class FileMonitor::Monitor : public std::enable_shared_from_this<Monitor> {
     void Run();
     void Handle(const Completion& completion);
     void HandleLost(const Completion& completion);
-    // Both: false when the directory is no longer watched.
-    bool NotifyChanged(std::uint64_t directory, const std::string& name);
-    bool NotifyLost(std::uint64_t directory, const std::string& name);
+    // Calls an operation of the file's first handler; false when the directory is no longer watched.
+    using Operation = void (Handler::*)(const CStringA& path);
+    bool Notify(std::uint64_t directory, const std::string& name, Operation operation);
 
     std::thread m_worker;  // none until the first file is watched
     mutable std::recursive_mutex m_lock;
@@ -211,14 +212,18 @@ void FileMonitor::Monitor::Run() {
 
 void FileMonitor::Monitor::Handle(const Completion& completion) {
     if (completion.lost != Completion::Lost::kNothing) return HandleLost(completion);
+    bool tooSoon = false;
     {
         const std::lock_guard lock(m_lock);
         const auto found = m_byNumber.find(completion.directory);
         if (found == m_byNumber.end()) return;  // stopped meanwhile
-        if (found->second->IsTooSoon(m_clock->MonotonicMilliseconds())) return;
+        tooSoon = found->second->IsTooSoon(m_clock->MonotonicMilliseconds());
     }
-    for (const brindle::DirectoryChange& change : completion.changes)
-        if (!NotifyChanged(completion.directory, change.name)) return;
+    for (const brindle::DirectoryChange& change : completion.changes) {
+        const bool passedOver = tooSoon && change.what == brindle::DirectoryChange::What::kModified;
+        const Operation operation = passedOver ? &Handler::OnChangePassedOver : &Handler::OnFileChanged;
+        if (!Notify(completion.directory, change.name, operation)) return;
+    }
 }
 
 void FileMonitor::Monitor::HandleLost(const Completion& completion) {
@@ -234,22 +239,14 @@ void FileMonitor::Monitor::HandleLost(const Completion& completion) {
             found->second->IsTooSoon(m_clock->MonotonicMilliseconds());
     }
     for (const std::string& name : names)
-        if (!NotifyLost(completion.directory, name)) return;
+        if (!Notify(completion.directory, name, &Handler::OnChangesLost)) return;
 }
 
-bool FileMonitor::Monitor::NotifyChanged(std::uint64_t directory, const std::string& name) {
+bool FileMonitor::Monitor::Notify(std::uint64_t directory, const std::string& name, Operation operation) {
     const std::lock_guard lock(m_lock);
     const auto found = m_byNumber.find(directory);
     if (found == m_byNumber.end()) return false;
-    if (Handler* handler = found->second->Find(name)) handler->OnFileChanged(found->second->Path() + name);
-    return true;
-}
-
-bool FileMonitor::Monitor::NotifyLost(std::uint64_t directory, const std::string& name) {
-    const std::lock_guard lock(m_lock);
-    const auto found = m_byNumber.find(directory);
-    if (found == m_byNumber.end()) return false;
-    if (Handler* handler = found->second->Find(name)) handler->OnChangesLost(found->second->Path() + name);
+    if (Handler* handler = found->second->Find(name)) (handler->*operation)(found->second->Path() + name);
     return true;
 }
 

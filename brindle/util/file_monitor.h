@@ -8,7 +8,9 @@
 //
 // All changes that the system tells of one directory at once make one completion. A completion less than 100 ms
 // after the last one of its directory is passed over, so that an editor that writes in several steps causes one
-// call; the first is never passed over. A host that reads the file should therefore wait a moment after the call.
+// call; the first is never passed over, and neither is a replacement, which is one step. Changes of files nobody
+// watches are completions, too. A host that must not miss a change therefore takes what is passed over as well, and
+// reads the file a moment after the last call.
 //
 // Names compare without regard to case; paths are host paths.
 #pragma once
@@ -30,6 +32,8 @@ class BRINDLE_API FileMonitor {
         // unmounted or replaced (it is watched again once it is there again, which calls this, too). `path` is the
         // one given to StartMonitoringFile. Does nothing unless overridden.
         virtual void OnChangesLost(const CStringA& path);
+        // The file changed in a completion that was passed over. Does nothing unless overridden.
+        virtual void OnChangePassedOver(const CStringA& path);
 
       protected:
         Handler() = default;

@@ -25,6 +25,7 @@ class Recorder final : public FileMonitor::Handler {
   public:
     void OnFileChanged(const CStringA& path) override { Take(path.str()); }
     void OnChangesLost(const CStringA& path) override { Take("lost " + path.str()); }
+    void OnChangePassedOver(const CStringA& path) override { Take("passed over " + path.str()); }
     std::string Calls() {
         const std::lock_guard lock(m_mutex);
         std::string text;
@@ -182,16 +183,16 @@ TEST_F(FileMonitorTest, CompletionsTooSoonArePassedOver) {
     };
     const Row rows[] = {
         {"the first", 0, "/w/a", "x", "/w/a/x"},
-        {"at once", 0, "/w/a", "x", ""},
-        {"99 ms", 99, "/w/a", "x", ""},
+        {"at once", 0, "/w/a", "x", "passed over /w/a/x"},
+        {"99 ms", 99, "/w/a", "x", "passed over /w/a/x"},
         {"100 ms", 100, "/w/a", "x", "/w/a/x"},
         {"another directory's first", 1, "/w/b", "x", "/w/b/x"},
-        {"99 ms since the last of this one", 98, "/w/a", "x", ""},
-        {"another file of it", 50, "/w/a", "y", ""},
-        {"passed over, yet remembered", 60, "/w/a", "x", ""},
+        {"99 ms since the last of this one", 98, "/w/a", "x", "passed over /w/a/x"},
+        {"another file of it", 50, "/w/a", "y", "passed over /w/a/y"},
+        {"passed over, yet remembered", 60, "/w/a", "x", "passed over /w/a/x"},
         {"100 ms of quiet", 100, "/w/a", "y", "/w/a/y"},
         {"an unwatched file ...", 100, "/w/a", "unwatched", ""},
-        {"... is a completion, too", 99, "/w/a", "x", ""},
+        {"... is a completion, too", 99, "/w/a", "x", "passed over /w/a/x"},
         {"much later", 1'000'000, "/w/a", "x", "/w/a/x"},
     };
     FileMonitor monitor;
@@ -240,6 +241,20 @@ TEST_F(FileMonitorTest, ReplacementCountsOnlyWhenAsked) {
     EXPECT_EQ(other.Calls(), "/w/a/x");
 }
 
+// A program that saves through a rename writes the other file first, and that is a completion.
+TEST_F(FileMonitorTest, AReplacementIsNeverPassedOver) {
+    FileMonitor monitor(FileMonitor::AlsoCounts::kReplacement);
+    ASSERT_TRUE(monitor.StartMonitoringFile("/w/a/x", &m_recorder));
+    ASSERT_TRUE(monitor.StartMonitoringFile("/w/a/y", &m_recorder));
+    Modify("/w/a", "x.tmp");
+    Advance(1);
+    m_watches.Change("/w/a", {{What::kReplaced, "x"}, {What::kModified, "y"}});
+    EXPECT_EQ(Calls(), "/w/a/x | passed over /w/a/y");
+    Advance(99);
+    Modify("/w/a", "x");
+    EXPECT_EQ(Calls(), "passed over /w/a/x") << "it is a completion like any other";
+}
+
 TEST_F(FileMonitorTest, LostChangesAreToldForEveryFile) {
     FileMonitor monitor;
     ASSERT_TRUE(monitor.StartMonitoringFile("/w/a/x", &m_recorder));
@@ -250,7 +265,7 @@ TEST_F(FileMonitorTest, LostChangesAreToldForEveryFile) {
     EXPECT_EQ(Calls(), "lost /w/a/x") << "however soon";
     Advance(60);
     Modify("/w/a", "x");
-    EXPECT_EQ(Calls(), "") << "an overflow is a completion";
+    EXPECT_EQ(Calls(), "passed over /w/a/x") << "an overflow is a completion";
     m_watches.RemoveDirectory("/w/a");
     EXPECT_EQ(Calls(), "lost /w/a/x");
     EXPECT_TRUE(monitor.IsMonitoringDirectory("/w/a"));
@@ -260,7 +275,7 @@ TEST_F(FileMonitorTest, LostChangesAreToldForEveryFile) {
     EXPECT_EQ(Calls(), "/w/a/x") << "the first completion of a new directory counts";
 }
 
-TEST_F(FileMonitorTest, HandlersThatDoNotOverrideLossesDoNothing) {
+TEST_F(FileMonitorTest, WhatIsNotOverriddenDoesNothing) {
     class Plain final : public FileMonitor::Handler {
       public:
         void OnFileChanged(const CStringA&) override { ++calls; }
@@ -270,6 +285,7 @@ TEST_F(FileMonitorTest, HandlersThatDoNotOverrideLossesDoNothing) {
     FileMonitor monitor;
     ASSERT_TRUE(monitor.StartMonitoringFile("/w/a/x", &plain));
     m_watches.Overflow();
+    Modify("/w/a", "x");
     m_watches.WaitUntilTaken();
     EXPECT_EQ(plain.calls, 0);
 }
@@ -348,6 +364,7 @@ TEST_F(FileMonitorTest, TheDestructorWaitsForARunningHandler) {
 TEST(FileMonitorLayout, TheHandlersCallComesFirst) {
     EXPECT_EQ(testing::SlotOf(&FileMonitor::Handler::OnFileChanged), 0u);
     EXPECT_EQ(testing::SlotOf(&FileMonitor::Handler::OnChangesLost), 1u);
+    EXPECT_EQ(testing::SlotOf(&FileMonitor::Handler::OnChangePassedOver), 2u);
 }
 
 TEST(FileMonitorLayout, AMonitorThatWatchesNothingHasNoThread) {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <deque>
 #include <set>
-#include <unordered_set>
 
 namespace brindle {
 namespace {
@@ -74,10 +73,8 @@ class FakeDirectoryWatches::Watch final : public DirectoryWatch {
         for (const auto& [directory, watched] : m_watched) {
             if (watched.path != path) continue;
             DirectoryCompletion completion{directory, Lost::kNothing, {}};
-            std::unordered_set<std::string> seen;
             for (const DirectoryChange& change : changes)
-                if (IsWanted(change, watched.wants) && seen.insert(change.name).second)
-                    completion.changes.push_back(change);
+                if (IsWanted(change, watched.wants)) Include(change, completion.changes);
             if (!completion.changes.empty()) m_ready.push_back(std::move(completion));
         }
     }
@@ -94,6 +91,17 @@ class FakeDirectoryWatches::Watch final : public DirectoryWatch {
     };
     static bool IsWanted(const DirectoryChange& change, Wants wants) {
         return change.what == DirectoryChange::What::kModified || wants == Wants::kModifiedAndReplaced;
+    }
+
+    // Each name once.
+    static void Include(const DirectoryChange& change, std::vector<DirectoryChange>& changes) {
+        const auto same = std::find_if(changes.begin(), changes.end(), [&](const DirectoryChange& other) {
+            return other.name == change.name;
+        });
+        if (same == changes.end())
+            changes.push_back(change);
+        else if (change.what == DirectoryChange::What::kReplaced)
+            same->what = change.what;
     }
 
     std::shared_ptr<World> m_world;

@@ -22,7 +22,6 @@
 #include <cstring>
 #include <mutex>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 
 #include "brindle/platform/directory_watch.h"
@@ -279,9 +278,16 @@ class InotifyWatch final : public DirectoryWatch {
 
     static void DropRepeated(std::vector<DirectoryChange>& changes) {
         if (changes.size() < 2) return;
-        std::unordered_set<std::string> seen;
-        std::erase_if(changes,
-                      [&](const DirectoryChange& change) { return !seen.insert(change.name).second; });
+        std::unordered_map<std::string, std::size_t> seen;
+        std::size_t kept = 0;
+        for (std::size_t i = 0; i < changes.size(); ++i) {
+            const auto [first, isNew] = seen.try_emplace(changes[i].name, kept);
+            if (isNew)
+                std::swap(changes[kept++], changes[i]);
+            else if (changes[i].what == DirectoryChange::What::kReplaced)
+                changes[first->second].what = DirectoryChange::What::kReplaced;
+        }
+        changes.resize(kept);
     }
 
     const FileDescriptor m_inotify;

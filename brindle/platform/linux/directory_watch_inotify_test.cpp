@@ -44,6 +44,19 @@ class InotifyTest : public ::testing::Test {
     std::unique_ptr<DirectoryWatch> m_watch;
 };
 
+TEST_F(InotifyTest, AFileWrittenAndReplacedInOneReadIsReplaced) {
+    Add(1, m_root / "a", Wants::kModifiedAndReplaced);
+    Write(m_root / "a" / "x");
+    Write(m_root / "a" / "x.tmp");
+    fs::rename(m_root / "a" / "x.tmp", m_root / "a" / "x");
+    DirectoryCompletion completion;
+    ASSERT_TRUE(m_watch->Wait(completion));
+    ASSERT_EQ(completion.changes.size(), 2u);
+    EXPECT_EQ(completion.changes[0].name, "x");
+    EXPECT_EQ(completion.changes[0].what, DirectoryChange::What::kReplaced);
+    EXPECT_EQ(completion.changes[1].what, DirectoryChange::What::kModified);
+}
+
 // Nobody reads while the files are written: all of it comes in one read, as one completion a directory.
 TEST_F(InotifyTest, OneReadIsOneCompletionOfEachDirectory) {
     Add(1, m_root / "a");

@@ -2,6 +2,7 @@
 #include "brindle/framework/runtime_classes.h"
 
 #include "brindle/address/address_ov.h"
+#include "brindle/util/timer.h"
 
 namespace brindle {
 namespace {
@@ -9,6 +10,8 @@ namespace {
 constexpr const CRuntimeClass* kClasses[] = {
     &CObject::classCObject,
     &CAddressOv::classCAddressOv,
+    &CWnd::classCWnd,
+    &CTimer::classCTimer,
 };
 
 }  // namespace

@@ -1,0 +1,59 @@
+// CWnd: the base of what receives a window's messages. This version has message-only windows: they are never shown,
+// and what they receive are the ticks of their timers, routed through the class's message map.
+//
+// Thread: made, used and destroyed on the user-interface thread, whose event loop delivers the messages.
+#pragma once
+
+#include <cstdint>
+
+#include "brindle/framework/object.h"
+#include "brindle/framework/window_handle.h"
+
+class CWnd;
+
+// Message maps: which operation of a class receives which message. The map of a class goes before its base's.
+struct AFX_MSGMAP_ENTRY {
+    unsigned int nMessage;  // 0: the end of the map
+    void (CWnd::*pfn)(std::uint64_t parameter);
+};
+struct AFX_MSGMAP {
+    const AFX_MSGMAP* (*pfnGetBaseMap)();  // null: there is none
+    const AFX_MSGMAP_ENTRY* lpEntries;
+};
+
+class BRINDLE_API CWnd : public CObject {
+  public:
+    static constexpr unsigned int kTimerMessage = 0x0113;  // its parameter is the timer's identifier
+
+    CWnd();
+    CWnd(const CWnd&) = delete;
+    CWnd& operator=(const CWnd&) = delete;
+    ~CWnd() override;  // destroys the window
+    const CRuntimeClass* GetRuntimeClass() const override;
+    static const CRuntimeClass* GetThisClass();
+
+    // Ends the window and with it its timers. False when there was none.
+    virtual bool DestroyWindow();
+
+    HWND GetSafeHwnd() const noexcept { return m_hWnd; }
+    // Starts the timer `id`, or gives it a new period; ticks arrive as timer messages. 0 when there is no window or the
+    // system gives no timer, else `id`, or 1 for 0.
+    std::uint64_t SetTimer(std::uint64_t id, unsigned int milliseconds);
+    // False when there is no window.
+    bool KillTimer(std::uint64_t id);
+    // Calls the operation that the message map names; false when none does.
+    bool SendMessage(unsigned int message, std::uint64_t parameter);
+
+    static const CRuntimeClass classCWnd;
+
+  protected:
+    // Makes a message-only window; true when there is one already. The handle is for this class alone: it is no
+    // window that a desktop could show something in.
+    bool CreateMessageWindow();
+
+    virtual const AFX_MSGMAP* GetMessageMap() const;
+    static const AFX_MSGMAP* GetThisMessageMap();
+
+  private:
+    HWND m_hWnd = nullptr;  // null: there is no window
+};

@@ -1,0 +1,48 @@
+// TimerQueue: the timers of one thread, which its loop asks for what is due. Times are milliseconds of one clock.
+// Internal; one thread. Tests: ui_timer_test.cpp.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "brindle/platform/ui_timer.h"
+
+namespace brindle {
+
+class TimerQueue {
+  public:
+    void Start(UiTimerTarget& target, std::uint64_t id, std::uint32_t milliseconds, std::uint64_t now);
+    void Stop(const UiTimerTarget& target, std::uint64_t id) noexcept;
+    void StopAll(const UiTimerTarget& target) noexcept;
+    // Without timers, and not in the middle of RunDue.
+    bool IsAtRest() const noexcept { return m_timers.empty() && m_running == 0; }
+
+    // When the next tick is due; nothing without timers.
+    std::optional<std::uint64_t> NextDue() const noexcept;
+    // Ticks every timer that is due, once each, the longest due first. Returns how many. Ticks may change
+    // everything, and call this.
+    int RunDue(std::uint64_t now);
+
+  private:
+    struct Timer {
+        UiTimerTarget* target;
+        std::uint64_t id;
+        std::uint64_t period;
+        std::uint64_t due;
+        std::uint64_t serial;  // of its last start
+    };
+    Timer* Find(std::uint64_t serial) noexcept;
+
+    std::vector<Timer> m_timers;  // in the order they were first started
+    std::uint64_t m_lastSerial = 0;
+    int m_running = 0;  // calls of RunDue in progress
+};
+
+// The calling thread's queue, for backends that have no event loop of their own. It is there while it has timers, so
+// that nothing is left to the end of the thread.
+TimerQueue* ThreadTimers() noexcept;  // null: none
+TimerQueue& MakeThreadTimers();
+void DropThreadTimersAtRest() noexcept;
+
+}  // namespace brindle

@@ -22,6 +22,7 @@ class StillClock final : public brindle::Clock {
     std::uint64_t SystemTicks() override { return now * 10'000; }
     std::uint64_t MonotonicMilliseconds() override { return now; }
     bool ToLocalTime(std::int64_t, brindle::LocalTime&) override { return false; }
+    brindle::TimeZone StandardZone() override { return {}; }
     std::uint64_t now = kStart;
 };
 

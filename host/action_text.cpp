@@ -4,6 +4,7 @@
 #include <brindle/address/events.h>
 #include <brindle/behaviour/action.h>
 #include <brindle/macro/command_line.h>
+#include <brindle/macro/macro_command.h>
 #include <brindle/variables/hook/variable_manager_format_command_line_hook.h>
 
 #include <optional>
@@ -74,6 +75,21 @@ CStringA FormatActionText(HostContext& context, const CCommandAction& action, co
         context.ReportFailure(action, "the local time cannot be expressed");
     }
     return line;
+}
+
+int StartActionCommand(HostContext& context, const CCommandAction& action, const CStringA& text,
+                       const CCommandEvent* event) {
+    const FieldValues values = ValuesFor(context, event);
+    std::optional<VariableHookScope> scope;
+    if (!action.variableManager()) scope.emplace(context.ObjectScope());
+    try {
+        return ExecuteMacroCommandLine(nullptr, text, values.address ? &*values.address : nullptr,
+                                       context.StartFolder(), values.caption, OrNull(values.text),
+                                       values.help, values.status, OrNull(values.r), values.n, -1);
+    } catch (const std::invalid_argument&) {
+        context.ReportFailure(action, "the local time cannot be expressed");
+        return 0;
+    }
 }
 
 }  // namespace brindle::host

@@ -1,4 +1,4 @@
-// FormatActionText: fills in the fields of an action's text from the event it runs for, with the library's own
+// FormatActionText, StartActionCommand: fills in the fields of an action's text from the event it runs for, with the library's own
 // command-line formatting. docs/sites.md lists which field stands for what.
 #pragma once
 
@@ -15,5 +15,9 @@ class HostContext;
 // comes back unchanged, and the context is told, when the local time it asks for cannot be expressed.
 CStringA FormatActionText(HostContext& context, const CCommandAction& action, const CStringA& text,
                           const CCommandEvent* event);
+// Runs the text as a macro command line with the same fields, in the context's folder. Fails like FormatActionText:
+// nothing starts then. Returns the code of the last program, 0 when none was to be started.
+int StartActionCommand(HostContext& context, const CCommandAction& action, const CStringA& text,
+                       const CCommandEvent* event);
 
 }  // namespace brindle::host

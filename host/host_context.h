@@ -27,6 +27,9 @@ class HostContext {
   public:
     // A command line, formatted exactly as a program start gets it.
     virtual void RunCommand(const CCommandAction& action, const CStringA& line) = 0;
+    // Whether programs really start, and the folder they start in, which holds wherever the current directory is.
+    virtual bool StartsPrograms() const = 0;
+    virtual CStringA StartFolder() const = 0;
     virtual void WriteLog(const CCommandAction& action, const CStringA& text) = 0;
     virtual void SetVariable(const CCommandAction& action, VariableTarget target, const CStringA& name,
                              const CStringA& value) = 0;

@@ -12,6 +12,7 @@ struct Problem {
     std::uint32_t line = 0;    // from 1; 0: the file as a whole
     std::uint32_t column = 0;  // from 1; 0: the line as a whole
     std::string text;          // what is wrong, in bytes of the ANSI code page
+    bool warning = false;      // works, but a person should know
 
     // "FILE:LINE:COLUMN", the unknown parts left out.
     std::string Place() const {

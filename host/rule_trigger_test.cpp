@@ -32,6 +32,8 @@ class DeviceContext final : public HostContext {
     ~DeviceContext() { RegisterHostContext(m_previous); }
 
     void RunCommand(const CCommandAction&, const CStringA&) override {}
+    bool StartsPrograms() const override { return false; }
+    CStringA StartFolder() const override { return {}; }
     void WriteLog(const CCommandAction&, const CStringA&) override {}
     void SetVariable(const CCommandAction&, VariableTarget, const CStringA&, const CStringA&) override {}
     void SendState(const CCommandAction&, const CStateEvent* event) override { event->Release(); }

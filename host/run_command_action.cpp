@@ -11,6 +11,8 @@ void RunCommandAction::OwnAttributes(AttributeTable& table) {
 
 void RunCommandAction::Perform(HostContext& context, const CCommandEvent* event) {
     context.RunCommand(*this, FormatActionText(context, *this, m_command, event));
+    // From the line as it was written: what a program gets is decided after its macros, and a filter sees both.
+    if (context.StartsPrograms()) StartActionCommand(context, *this, m_command, event);
 }
 
 }  // namespace brindle::host

@@ -1,5 +1,5 @@
-// RunCommandAction: runs a command line. For now the finished line is handed to the context, which logs it;
-// starting the program comes with the macro commands.
+// RunCommandAction: runs a macro command line: "<name>" macros, search paths and fields, then the programs start. The
+// context decides whether they really do.
 #pragma once
 
 #include "host/host_action.h"

@@ -3,6 +3,7 @@
 
 #include <brindle/address/state_event.h>
 #include <brindle/behaviour/action.h>
+#include <brindle/library/host_path_access.h>
 
 #include "host/address_pattern.h"
 #include "host/event_record.h"
@@ -28,6 +29,14 @@ void RunContext::RunCommand(const CCommandAction& action, const CStringA& line) 
     RunRecord record = Begin("command", action);
     record["line"] = TextToUtf8(line.view());
     Write(std::move(record));
+}
+
+bool RunContext::StartsPrograms() const {
+    return !m_state.dryRun && m_state.site.plan.startPrograms;
+}
+
+CStringA RunContext::StartFolder() const {
+    return AbsoluteHostPath(m_state.site.plan.folder);
 }
 
 void RunContext::WriteLog(const CCommandAction& action, const CStringA& text) {

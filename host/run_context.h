@@ -12,6 +12,8 @@ class RunContext final : public HostContext {
     explicit RunContext(RunState& state) : m_state(state) {}
 
     void RunCommand(const CCommandAction& action, const CStringA& line) override;
+    bool StartsPrograms() const override;
+    CStringA StartFolder() const override;
     void WriteLog(const CCommandAction& action, const CStringA& text) override;
     void SetVariable(const CCommandAction& action, VariableTarget target, const CStringA& name,
                      const CStringA& value) override;

@@ -126,6 +126,7 @@ std::string RunText::Outcome(const RunRecord& record) const {
     const std::string kind = Text(record, "kind");
     std::string what;
     if (kind == "command") what = Text(record, "line");
+    if (kind == "program") what = Text(record, "line");
     if (kind == "log") what = Text(record, "text");
     if (kind == "variable")
         what = Text(record, "name") + " = " + Text(record, "value") + " (" + Text(record, "scope") + ")";

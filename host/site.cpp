@@ -129,6 +129,7 @@ std::vector<std::uint32_t> HashFieldAddresses(const CStringA& text) {
 
 bool LoadSite(const std::string& folder, Site& site, Problems& problems) {
     if (!ReadSitePlan(folder, site.plan, problems)) return false;
+    MapDrives(site.plan);
     bool loaded = LoadVariables(site.plan.variables, site.scope, problems);
     loaded = LoadDevices(site.plan, site.devices, problems) && loaded;
     for (const ObjectPlan& plan : site.plan.objects) loaded = LoadObject(plan, site, problems) && loaded;

@@ -128,6 +128,7 @@ void CheckSite(const std::string& folder, CheckReport& report) {
         report.unopened.insert(report.unopened.end(), problems.begin(), problems.end());
         return;
     }
+    MapDrives(plan);
     report.problems.insert(report.problems.end(), problems.begin(), problems.end());
     SiteChecker(plan, report).Run();
 }

@@ -1,6 +1,8 @@
 // site.ini: one section [Site], and one [Object NAME] for each object. Tests: site_test.cpp.
 #include "host/site_plan.h"
 
+#include <brindle/library/host_path_access.h>
+
 #include <string_view>
 #include <unordered_set>
 
@@ -33,6 +35,8 @@ class PlanReader {
             if (SameWord(section.name, "Site")) {
                 found = true;
                 ReadSite(section);
+            } else if (SameWord(section.name, "Drives")) {
+                ReadDrives(section);
             } else if (SameWord(section.name.substr(0, kObject.size()), kObject)) {
                 ReadObject(section);
             } else {
@@ -69,11 +73,34 @@ class PlanReader {
                 m_plan.*path->path = Path(key);
             } else if (SameWord(key.name, "Name")) {
                 m_plan.name = key.value;
+            } else if (SameWord(key.name, "StartPrograms")) {
+                ReadFlag(key, m_plan.startPrograms);
+            } else if (SameWord(key.name, "CheckArguments")) {
+                ReadFlag(key, m_plan.checkArguments);
             } else if (!SameWord(key.name, "Start")) {
                 Report(key.line, "key \"" + key.name + "\" of [Site] is unknown");
             } else if (!ParseMoment(key.value, m_plan.start)) {
                 Report(key.line, "\"" + key.value + "\" is not a moment such as 2024-01-01 08:00:00");
             }
+        }
+    }
+
+    void ReadFlag(const IniKey& key, bool& flag) {
+        const bool on = SameWord(key.value, "TRUE") || SameWord(key.value, "ON") || key.value == "1";
+        const bool off = SameWord(key.value, "FALSE") || SameWord(key.value, "OFF") || key.value == "0";
+        if (on || off)
+            flag = on;
+        else
+            Report(key.line, "\"" + key.value + "\" is not TRUE or FALSE");
+    }
+
+    void ReadDrives(const IniSection& section) {
+        for (const IniKey& key : section.keys) {
+            const char letter = key.name.size() == 1 ? static_cast<char>(key.name[0] | 0x20) : '\0';
+            if (letter < 'a' || letter > 'z')
+                Report(key.line, "\"" + key.name + "\" is not the letter of a drive");
+            else
+                m_plan.drives.push_back({letter, Path(key)});
         }
     }
 
@@ -138,6 +165,11 @@ bool ReadSitePlan(const std::string& folder, SitePlan& plan, Problems& problems)
     }
     PlanReader(plan, problems).Read(IniText(bytes, plan.file, problems));
     return true;
+}
+
+void MapDrives(const SitePlan& plan) {
+    for (const SitePlan::Drive& drive : plan.drives)
+        MapDriveLetter(drive.letter, SystemFilePath(AbsoluteHostPath(drive.folder)));
 }
 
 }  // namespace brindle::host

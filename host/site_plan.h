@@ -36,11 +36,20 @@ struct SitePlan {
     std::string skin;
     std::string map;
     std::string recording;
+    bool startPrograms = true;   // false: commands are only logged
+    bool checkArguments = true;  // refuse a start whose fields changed the number of its arguments
+    struct Drive {
+        char letter;
+        std::string folder;  // path
+    };
+    std::vector<Drive> drives;
     std::vector<ObjectPlan> objects;
 };
 
 // Reads the site.ini of the folder. False when it cannot be read at all. Problems are appended; the plan then
 // holds what could be understood.
 bool ReadSitePlan(const std::string& folder, SitePlan& plan, Problems& problems);
+// Maps the drive letters of the plan, for the whole process: host paths of its files may then begin with them.
+void MapDrives(const SitePlan& plan);
 
 }  // namespace brindle::host

@@ -2,12 +2,16 @@
 #include "host/site_runner.h"
 
 #include <brindle/address/events.h>
+#include <brindle/behaviour/action_files.h>
 #include <brindle/behaviour/behaviour_observer.h>
+#include <brindle/library/host_path_access.h>
 #include <brindle/macro/brindle_data.h>
+#include <brindle/macro/substitute_path.h>
 
 #include <algorithm>
 #include <limits>
 
+#include "host/argument_filter.h"
 #include "host/event_record.h"
 #include "host/host_files.h"
 #include "host/start_event.h"
@@ -16,12 +20,20 @@ namespace brindle::host {
 
 namespace {
 
-// The process-wide slots of one run.
+// The process-wide slots and settings of one run.
 class Registered {
   public:
-    Registered(IBrindleData& data, IBehaviourObserver& observer, HostContext& context)
-        : m_observer(RegisterBehaviourObserver(&observer)), m_context(RegisterHostContext(&context)) {
+    Registered(IBrindleData& data, IBehaviourObserver& observer, HostContext& context, const SitePlan& plan)
+        : m_observer(RegisterBehaviourObserver(&observer)),
+          m_context(RegisterHostContext(&context)),
+          m_filter(RegisterStartFilter(plan.checkArguments ? &m_argumentFilter : nullptr)),
+          m_searchPaths(GetSearchPathIniFile()),
+          m_actions(GetCommandActionsIniFile()) {
         RegisterIBrindleData(&data);
+        // One file has both sections. Commands run in the site's folder, so a relative name would not hold.
+        const std::string macros = AbsoluteHostPath(plan.macros);
+        SetSearchPathIniFile(macros.c_str());
+        SetCommandActionsIniFile(macros.c_str());
     }
     Registered(const Registered&) = delete;
     Registered& operator=(const Registered&) = delete;
@@ -29,11 +41,18 @@ class Registered {
         RegisterIBrindleData(nullptr);
         RegisterBehaviourObserver(m_observer);
         RegisterHostContext(m_context);
+        RegisterStartFilter(m_filter);
+        SetSearchPathIniFile(m_searchPaths);
+        SetCommandActionsIniFile(m_actions);
     }
 
   private:
+    ArgumentFilter m_argumentFilter;
     IBehaviourObserver* m_observer;
     HostContext* m_context;
+    IStartFilter* m_filter;
+    CStringA m_searchPaths;
+    CStringA m_actions;
 };
 
 }  // namespace
@@ -43,6 +62,7 @@ SiteRunner::SiteRunner(Site& site, EventSource& source, RunSink& sink, RunPace& 
     : m_state(site, sink, pace),
       m_observer(m_state),
       m_context(m_state),
+      m_data(m_state),
       m_source(source),
       m_options(options) {
     m_state.dryRun = options.dryRun;
@@ -56,7 +76,7 @@ SiteRunner::~SiteRunner() {
 }
 
 void SiteRunner::Run() {
-    const Registered registered(m_state.site.devices, m_observer, m_context);
+    const Registered registered(m_data, m_observer, m_context, m_state.site.plan);
     Start();
     while (!m_over) {
         DeliverQueue();

@@ -11,6 +11,7 @@
 
 #include "host/event_reader.h"
 #include "host/run_context.h"
+#include "host/run_data.h"
 #include "host/run_observer.h"
 #include "host/run_state.h"
 
@@ -56,6 +57,7 @@ class SiteRunner {
     RunState m_state;
     RunObserver m_observer;
     RunContext m_context;
+    RunData m_data;
     EventSource& m_source;
     RunOptions m_options;
     std::optional<EventLine> m_next;  // the event that waits for its time

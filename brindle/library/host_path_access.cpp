@@ -17,6 +17,13 @@ std::string SystemPathOf(std::string_view hostPath) {
     return CurrentFiles().SystemPath(hostPath, false);
 }
 
+std::string AbsoluteHostPath(std::string_view hostPath) {
+    const bool drive = hostPath.size() > 1 && hostPath[1] == ':';
+    const bool absolute = hostPath.empty() || hostPath[0] == '/' || hostPath[0] == '\\' || drive;
+    const std::string current = absolute ? std::string() : CurrentFiles().CurrentDirectory();
+    return current.empty() ? std::string(hostPath) : current + "/" + std::string(hostPath);
+}
+
 bool MapDriveLetter(char letter, std::string_view systemFolder) {
     return CurrentFiles().MapDrive(letter, systemFolder);
 }

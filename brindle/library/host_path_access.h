@@ -22,6 +22,8 @@ BRINDLE_API Result ReadHostFile(std::string_view hostPath, std::uint64_t limit, 
 BRINDLE_API Result WriteHostFile(std::string_view hostPath, std::string_view bytes);
 // The path the system knows an existing file by: UTF-8, or whatever bytes the system uses.
 BRINDLE_API std::string SystemPathOf(std::string_view hostPath);
+// A path that holds wherever the current directory moves to: a relative one gets the current directory before it.
+BRINDLE_API std::string AbsoluteHostPath(std::string_view hostPath);
 // Maps a drive letter (any case) to a folder of the system; an empty folder removes the mapping. False for what
 // is not a letter.
 BRINDLE_API bool MapDriveLetter(char letter, std::string_view systemFolder);

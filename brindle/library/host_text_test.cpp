@@ -69,6 +69,10 @@ TEST(HostPathAccess, GoesThroughTheFilesService) {
     EXPECT_EQ(bytes, "[New]");
     EXPECT_FALSE(WriteHostFile("/no folder/site.ini", "").ok());
     EXPECT_EQ(SystemPathOf("/SITE.INI"), fake.SystemPath("/SITE.INI", false));
+    fake.Add("/here", FakeFiles::Kind::kFolder);
+    ASSERT_TRUE(fake.SetCurrentDirectory("/here").ok());
+    EXPECT_EQ(AbsoluteHostPath("a\\b"), "/here/a\\b");
+    for (const char* path : {"/a", "\\a", "C:\\a", "C:a", ""}) EXPECT_EQ(AbsoluteHostPath(path), path);
     EXPECT_FALSE(MapDriveLetter('1', "/media"));
     EXPECT_TRUE(MapDriveLetter('c', "/media"));
     EXPECT_EQ(SystemPathOf("C:\\x"), fake.SystemPath("C:\\x", false));

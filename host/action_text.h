@@ -1,5 +1,5 @@
-// FormatActionText, StartActionCommand: fills in the fields of an action's text from the event it runs for, with the library's own
-// command-line formatting. docs/sites.md lists which field stands for what.
+// FormatActionText, StartActionCommand: fill in the fields of an action's text from the event it runs for, with the
+// library's own command-line formatting. docs/sites.md lists which field stands for what.
 #pragma once
 
 #include <brindle/framework/string_a.h>

@@ -17,6 +17,7 @@
 #include "host/get_snmp_action.h"
 #include "host/rule_check.h"
 #include "host/rule_trigger.h"
+#include "host/run_command_action.h"
 #include "host/set_variable_action.h"
 
 namespace brindle::host {
@@ -43,11 +44,11 @@ class CheckedDocument {
         return false;
     }
     XMLReader& Reader() noexcept { return m_reader; }
-    void Report(std::string text) {
+    void Report(std::string text, bool warning = false) {
         std::uint32_t line = 0;
         std::uint32_t column = 0;
         m_reader.GetPosition(line, column);
-        m_problems.push_back({m_path, line, column, std::move(text)});
+        m_problems.push_back({m_path, line, column, std::move(text), warning});
     }
     // Calls `visit(name)` inside each child element of the current one.
     template <class Visit>
@@ -160,9 +161,22 @@ class BehaviourChecker {
         if (const auto* trigger = dynamic_cast<const RuleTrigger*>(&item)) CheckRule(trigger->Rule());
         for (const Attribute& attribute : table) {
             if (!attribute.formatted) continue;
+            if (dynamic_cast<const RunCommandAction*>(&item)) CheckStartedLine(attribute.text());
             for (const std::string& problem : CheckText(attribute.text(), m_surroundings.texts))
                 m_document.Report("attribute \"" + attribute.name + "\": " + problem);
         }
+    }
+
+    void CheckStartedLine(const std::string& line) {
+        if (m_surroundings.commands)
+            for (const std::string& problem : CheckCommand(line, *m_surroundings.commands))
+                m_document.Report("attribute \"Command\": " + problem);
+        std::string fields;
+        for (const std::string& field : ForeignFields(line)) fields += (fields.empty() ? "" : " ") + field;
+        if (m_surroundings.starts && !fields.empty())
+            m_document.Report("attribute \"Command\" starts a program with texts from elsewhere (" + fields +
+                                  "): a quote, \";\" or \"$\" in them changes what starts",
+                              true);
     }
 
     void CheckRule(const PreparedRule& rule) {

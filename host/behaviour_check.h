@@ -8,6 +8,7 @@
 #include <string>
 
 #include "host/problem.h"
+#include "host/start_check.h"
 #include "host/text_check.h"
 
 class VariableManager;
@@ -16,8 +17,10 @@ namespace brindle::host {
 
 struct BehaviourSurroundings {
     TextSurroundings texts;
-    std::optional<eHostType> host;  // of the object the list belongs to
-    CAddressOv address;             // likewise
+    std::optional<eHostType> host;                  // of the object the list belongs to
+    CAddressOv address;                             // likewise
+    const CommandSurroundings* commands = nullptr;  // null: macros and programs are not looked for
+    bool starts = true;                             // commands are really started
 };
 
 // Appends the problems, each at the element it stands in. RegisterHostTypes comes first.

@@ -86,10 +86,22 @@ class SiteChecker {
                            m_report.problems);
         if (!ReadIni(m_plan.macros, bytes)) return;
         const IniText macros(bytes, m_plan.macros, m_report.problems);
-        for (const IniSection& section : macros.Sections())
-            if (!SameWord(section.name, "SearchPath") && !SameWord(section.name, "CommandActions"))
-                m_report.problems.push_back(
-                    {m_plan.macros, section.line, 1, "section [" + section.name + "] is unknown"});
+        for (const IniSection& section : macros.Sections()) CheckMacros(section);
+    }
+
+    void CheckMacros(const IniSection& section) {
+        const bool paths = SameWord(section.name, "SearchPath");
+        if (!paths && !SameWord(section.name, "CommandActions")) {
+            m_report.problems.push_back(
+                {m_plan.macros, section.line, 1, "section [" + section.name + "] is unknown"});
+            return;
+        }
+        for (const IniKey& key : section.keys) {
+            const std::vector<std::string> problems = paths ? CheckSearchPath(key.name, m_commands)
+                                                            : CheckCommand("<" + key.name + ">", m_commands);
+            for (const std::string& problem : problems)
+                m_report.problems.push_back({m_plan.macros, key.line, 1, "\"" + key.name + "\": " + problem});
+        }
     }
 
     bool ReadIni(const std::string& path, std::string& bytes) {
@@ -110,12 +122,15 @@ class SiteChecker {
         surroundings.texts.scope = &scope;
         surroundings.texts.scopes = "object " + object.name + ", site";
         surroundings.texts.devices = &m_devices;
+        surroundings.commands = &m_commands;
+        surroundings.starts = m_plan.startPrograms;
         Count(object.behaviours);
         CheckBehaviours(object.behaviours, surroundings, m_report.problems);
     }
 
     const SitePlan& m_plan;
     CheckReport& m_report;
+    const CommandSurroundings m_commands{m_plan.folder, m_plan.macros, m_plan.startPrograms};
     DeviceTable m_devices;
     VariableManager m_scope;
 };

@@ -142,6 +142,8 @@ void DeclareTool(Command& tool) {
     DeclareCreate(tool);
     DeclareAddress(tool);
     DeclareFormat(tool);
+    DeclareMacro(tool);
+    DeclarePath(tool);
     DeclareVariables(tool);
     DeclareRule(tool);
     DeclareSnmp(tool);

@@ -15,16 +15,23 @@ namespace {
 int RunCheck(const std::vector<std::string>& paths) {
     host::RegisterHostTypes();
     const host::CheckReport report = host::CheckPaths(paths);
-    for (const host::Problem& problem : report.problems)
-        Print(Place(problem.file, std::max(problem.line, 1U), std::max(problem.column, 1U)) + ": " +
-              problem.text);
+    std::size_t problems = 0;
+    for (const host::Problem& problem : report.problems) {
+        const std::string place =
+            Place(problem.file, std::max(problem.line, 1U), std::max(problem.column, 1U));
+        if (problem.warning) {
+            Complain(place, "warning: " + problem.text);
+        } else {
+            Print(place + ": " + problem.text);
+            ++problems;
+        }
+    }
     FlushOutput();
     for (const host::Problem& problem : report.unopened) Complain(problem.Place(), problem.text);
     if (!report.unopened.empty()) return kWrongUsage;
     if (ErrorIsTerminal())
-        Complain("check", std::to_string(report.files) + " files, " + std::to_string(report.problems.size()) +
-                              " problems");
-    return report.problems.empty() ? kAnswered : kFailed;
+        Complain("check", std::to_string(report.files) + " files, " + std::to_string(problems) + " problems");
+    return problems == 0 ? kAnswered : kFailed;
 }
 
 }  // namespace
@@ -39,7 +46,8 @@ void DeclareCheck(Command& tool) {
         "Prints one line FILE:LINE:COLUMN: TEXT for each problem: what is not well-formed, types and "
         "attributes "
         "nobody knows or can read, references no scope answers, fields nothing fills in. Exit 0 without "
-        "problems, 1 with some, 2 when a PATH cannot be opened. Behaviour lists see the variables of the "
+        "problems, 1 with some, 2 when a PATH cannot be opened. Warnings go to the standard error and count "
+        "nothing. Behaviour lists see the variables of the "
         "files "
         "given with them.");
     check.Example("brindle check examples/sites/studio", "checks every file of the station");

@@ -9,7 +9,6 @@
 #include <string>
 #include <string_view>
 
-
 namespace brindle {
 
 constexpr unsigned kCodePageWindows1252 = 1252;

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "host/address_pattern.h"
+#include "host/poll_plan.h"
 #include "host/words.h"
 
 namespace brindle::host {
@@ -50,6 +51,9 @@ void DeviceTable::LoadDevice(const IniSection& section, const std::string& file,
         } else if (SameWord(key.name, "State")) {
             if (!ParseInt(key.value, device.state))
                 problems.push_back({file, key.line, 1, "\"" + key.value + "\" is not a state number"});
+        } else if (const std::string_view polled = PolledField(key.name); !polled.empty()) {
+            if (!TextField(polled) && !SameWord(polled, "State"))
+                device.fields.try_emplace(LowerCase(polled));
         } else {
             device.fields[LowerCase(key.name)] = key.value;
         }
@@ -124,6 +128,16 @@ bool DeviceTable::FieldValue(const Device& device, std::string_view name, std::s
 bool DeviceTable::Field(std::uint32_t packedAddress, std::string_view name, std::string& value) const {
     const auto found = m_devices.find(packedAddress);
     return found != m_devices.end() && FieldValue(found->second, name, value);
+}
+
+bool DeviceTable::SetField(std::uint32_t packedAddress, std::string_view name, const std::string& value) {
+    const auto found = m_devices.find(packedAddress);
+    if (found == m_devices.end() || SameWord(name, "State")) return false;
+    const auto member = TextField(name);
+    std::string& field = member ? found->second.*member : found->second.fields[LowerCase(name)];
+    if (field == value) return false;
+    field = value;
+    return true;
 }
 
 bool DeviceTable::KnowsField(std::uint32_t packedAddress, std::string_view name) const {

@@ -38,6 +38,9 @@ class DeviceTable : public IBrindleData {
     bool KnowsField(std::uint32_t packedAddress, std::string_view name) const;
     // The field's value; false, and `value` unchanged, when KnowsField says no.
     bool Field(std::uint32_t packedAddress, std::string_view name, std::string& value) const;
+    // Gives a device's field a value, "State" excepted, which only events change. True when it is another one
+    // than before.
+    bool SetField(std::uint32_t packedAddress, std::string_view name, const std::string& value);
     // Whether the field has an answer anywhere.
     bool KnowsFieldSomewhere(std::string_view name) const;
     // The last caption, else the name; empty when the address is unknown.

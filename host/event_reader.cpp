@@ -95,4 +95,9 @@ std::optional<EventItem> BackgroundReader::Next(std::chrono::milliseconds longes
     return item;
 }
 
+std::optional<EventItem> NoEvents::Next(std::chrono::milliseconds longest) {
+    std::this_thread::sleep_for(longest);
+    return {};
+}
+
 }  // namespace brindle::host

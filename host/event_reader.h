@@ -66,4 +66,10 @@ class BackgroundReader : public EventSource {
     std::shared_ptr<Shared> m_shared;
 };
 
+// No events and no end: for a run that lives from polls and schedules alone.
+class NoEvents : public EventSource {
+  public:
+    std::optional<EventItem> Next(std::chrono::milliseconds longest) override;
+};
+
 }  // namespace brindle::host

@@ -1,9 +1,9 @@
-// GetSnmpAction: asks an SNMP agent for one object and puts its value into a variable. System creation multiplies it:
-// docs/system-creation.md. For now it carries its data; asking comes with the SNMP service, and until then a run
-// reports that there is none.
+// GetSnmpAction: asks an SNMP agent for one object and puts its value into a variable. System creation
+// multiplies it: docs/system-creation.md.
 #pragma once
 
 #include "host/host_action.h"
+#include "host/snmp_asking.h"
 
 namespace brindle::host {
 
@@ -22,14 +22,10 @@ class GetSnmpAction final : public HostAction<GetSnmpAction> {
     CStringA ImpliedUnit() const override { return Name(); }
     CStringA ImpliedHeader() const override { return m_label; }
 
-    CStringA m_agent;
-    CStringA m_community = "public";
-    CStringA m_object;
+    SnmpAsking m_asking;
     CStringA m_label;
     CStringA m_variable;
     int m_scope = 0;
-    int m_timeout = 1000;  // milliseconds
-    int m_retries = 1;
 };
 
 }  // namespace brindle::host

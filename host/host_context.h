@@ -1,5 +1,5 @@
-// HostContext: what the actions and triggers of this host may ask of the program that runs them. Like the library's own
-// slots it is registered once for the process; without one, actions do nothing.
+// HostContext: what the actions and triggers of this host may ask of the program that runs them. Like the
+// library's own slots it is registered once for the process; without one, actions do nothing.
 //
 // Thread: the one that runs the behaviour engine.
 #pragma once
@@ -15,6 +15,8 @@ class CStateEvent;
 class VariableManager;
 
 namespace brindle::host {
+
+struct SnmpRequest;
 
 // Where an action puts a variable.
 enum class VariableTarget {
@@ -36,6 +38,10 @@ class HostContext {
     // Queues the event for every object; it is never delivered from within this call. Takes over one
     // reference.
     virtual void SendState(const CCommandAction& action, const CStateEvent* event) = 0;
+    // Asks an SNMP agent; the answer comes back later to the run. Of a get that names a variable the value
+    // goes there.
+    virtual void AskSnmp(const CCommandAction& action, const SnmpRequest& request, VariableTarget target,
+                         const CStringA& variable) = 0;
     // Something an action could not do.
     virtual void ReportFailure(const CCommandAction& action, const CStringA& why) = 0;
     // Something in a trigger's configuration that keeps it from working.
@@ -46,8 +52,8 @@ class HostContext {
     virtual CAddressOv ObjectAddress() const = 0;
     // The caption of the device at the address, else of the object whose list runs.
     virtual CStringA Caption(const CAddressOv& address) const = 0;
-    // A field of the device at the packed address. False, and `value` unchanged, when the device or the field is
-    // not known.
+    // A field of the device at the packed address. False, and `value` unchanged, when the device or the field
+    // is not known.
     virtual bool DeviceField(std::uint32_t device, const CStringA& name, CStringA& value) const = 0;
     // The folder of the site.
     virtual CStringA Path() const = 0;

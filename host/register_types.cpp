@@ -17,6 +17,7 @@
 #include "host/run_command_action.h"
 #include "host/schedule_trigger.h"
 #include "host/send_state_action.h"
+#include "host/set_snmp_action.h"
 #include "host/set_variable_action.h"
 #include "host/state_trigger.h"
 #include "host/write_log_action.h"
@@ -52,6 +53,7 @@ bool RegisterAll() {
     RegisterAction<SetVariableAction>();
     RegisterAction<SendStateAction>();
     RegisterAction<GetSnmpAction>();
+    RegisterAction<SetSnmpAction>();
     RegisterAction<MaskUnitAction>();
     RegisterAction<MaskHeaderAction>();
     return true;

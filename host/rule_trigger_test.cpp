@@ -37,6 +37,7 @@ class DeviceContext final : public HostContext {
     void WriteLog(const CCommandAction&, const CStringA&) override {}
     void SetVariable(const CCommandAction&, VariableTarget, const CStringA&, const CStringA&) override {}
     void SendState(const CCommandAction&, const CStateEvent* event) override { event->Release(); }
+    void AskSnmp(const CCommandAction&, const SnmpRequest&, VariableTarget, const CStringA&) override {}
     void ReportFailure(const CCommandAction&, const CStringA&) override {}
     void ReportFault(const CCommandTrigger&, const CStringA& why) override { faults.push_back(why.str()); }
     const VariableManager* ObjectScope() const override { return nullptr; }

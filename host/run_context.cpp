@@ -45,10 +45,10 @@ void RunContext::WriteLog(const CCommandAction& action, const CStringA& text) {
     Write(std::move(record));
 }
 
-VariableManager* RunContext::ScopeFor(VariableTarget target, const CStringA& name, const char*& word) const {
+VariableManager* RunContext::ScopeFor(SiteObject* object, VariableTarget target, const CStringA& name,
+                                      const char*& word) const {
     CStringA unused;
     Site& site = m_state.site;
-    SiteObject* object = m_state.current;
     const bool inSite = site.scope.getValue(name, unused);
     const bool inObject = object && object->scope.getValue(name, unused);
     const bool nearestIsSite = target == VariableTarget::kNearest && inSite && !inObject;
@@ -63,7 +63,7 @@ VariableManager* RunContext::ScopeFor(VariableTarget target, const CStringA& nam
 void RunContext::SetVariable(const CCommandAction& action, VariableTarget target, const CStringA& name,
                              const CStringA& value) {
     const char* word = "";
-    VariableManager* scope = ScopeFor(target, name, word);
+    VariableManager* scope = ScopeFor(m_state.current, target, name, word);
     RunRecord record = Begin("variable", action);
     record["scope"] = word;
     record["name"] = TextToUtf8(name.view());
@@ -80,6 +80,54 @@ void RunContext::SendState(const CCommandAction& action, const CStateEvent* even
         event->Release();
     else
         m_state.queue.push_back(event);
+}
+
+void RunContext::AskSnmp(const CCommandAction& action, const SnmpRequest& request, VariableTarget target,
+                         const CStringA& variable) {
+    RunRecord record = Begin("snmp", action);
+    record["what"] = request.what == SnmpRequest::kSet ? "set" : "get";
+    record["agent"] = TextToUtf8(request.variable.agent.view());
+    record["oid"] = TextToUtf8(request.variable.oid.view());
+    if (request.what == SnmpRequest::kSet) {
+        record["type"] = request.variable.type;
+        record["value"] = TextToUtf8(request.variable.value.view());
+    }
+    if (!m_state.snmp || m_state.dryRun) {
+        record["sent"] = false;
+        return Write(std::move(record));
+    }
+    ++m_state.asked;
+    m_state.snmp->Send(request, [this, record, target, variable](const SnmpAnswer& answer) {
+        --m_state.asked;
+        TakeSnmpAnswer(record, answer, target, variable);
+    });
+}
+
+void RunContext::TakeSnmpAnswer(RunRecord record, const SnmpAnswer& answer, VariableTarget target,
+                                const CStringA& variable) {
+    record["t"] = m_state.pace.Elapsed();
+    if (!answer.why.empty()) {
+        record["kind"] = "failure";
+        record["why"] = TextToUtf8(answer.why);
+        return m_state.sink.Write(record);
+    }
+    const bool get = record["what"] == "get";
+    if (get) {
+        record["oid"] = TextToUtf8(answer.variable.oid.view());
+        record["type"] = answer.variable.type;
+        record["value"] = TextToUtf8(answer.variable.value.view());
+    }
+    if (get && !variable.IsEmpty()) {
+        const char* word = "";
+        // By its name: the object itself may be gone.
+        SiteObject* object = record.contains("object")
+                                 ? m_state.site.Find(TextFromUtf8(record["object"].get<std::string>()))
+                                 : nullptr;
+        ScopeFor(object, target, variable, word)->addVariable(Variable(variable, answer.variable.value));
+        record["scope"] = word;
+        record["name"] = TextToUtf8(variable.view());
+    }
+    m_state.sink.Write(record);
 }
 
 void RunContext::ReportFailure(const CCommandAction& action, const CStringA& why) {

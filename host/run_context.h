@@ -4,6 +4,7 @@
 
 #include "host/host_context.h"
 #include "host/run_state.h"
+#include "host/snmp_requests.h"
 
 namespace brindle::host {
 
@@ -18,6 +19,8 @@ class RunContext final : public HostContext {
     void SetVariable(const CCommandAction& action, VariableTarget target, const CStringA& name,
                      const CStringA& value) override;
     void SendState(const CCommandAction& action, const CStateEvent* event) override;
+    void AskSnmp(const CCommandAction& action, const SnmpRequest& request, VariableTarget target,
+                 const CStringA& variable) override;
     void ReportFailure(const CCommandAction& action, const CStringA& why) override;
     void ReportFault(const CCommandTrigger& trigger, const CStringA& why) override;
     const VariableManager* ObjectScope() const override;
@@ -28,8 +31,12 @@ class RunContext final : public HostContext {
 
   private:
     RunRecord Begin(const char* kind, const CCommandAction& action) const;
-    // The scope a variable goes to, and its word in records.
-    VariableManager* ScopeFor(VariableTarget target, const CStringA& name, const char*& word) const;
+    // The scope a variable goes to for an object (null: none), and its word in records.
+    VariableManager* ScopeFor(SiteObject* object, VariableTarget target, const CStringA& name,
+                              const char*& word) const;
+    // The answer to a request of an action; `record` is what is known of it.
+    void TakeSnmpAnswer(RunRecord record, const SnmpAnswer& answer, VariableTarget target,
+                        const CStringA& variable);
     void Write(RunRecord record) const;
 
     RunState& m_state;

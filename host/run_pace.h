@@ -15,6 +15,8 @@ class RunPace {
     virtual std::uint64_t Elapsed() = 0;
     // Comes back when that time is reached; in real time it may be late.
     virtual void WaitUntil(std::uint64_t elapsed) = 0;
+    // Whether time passes as it does outside: only then can others be asked and waited for.
+    virtual bool IsReal() const noexcept = 0;
 
   protected:
     ~RunPace() = default;  // never destroyed through this interface
@@ -26,6 +28,7 @@ class RealPace final : public RunPace {
     RealPace();
     std::uint64_t Elapsed() override;
     void WaitUntil(std::uint64_t elapsed) override;
+    bool IsReal() const noexcept override { return true; }
 
   private:
     std::uint64_t m_start;
@@ -40,6 +43,7 @@ class FastPace final : public RunPace {
     ~FastPace();
     std::uint64_t Elapsed() override { return m_clock.Elapsed(); }
     void WaitUntil(std::uint64_t elapsed) override { m_clock.MoveTo(elapsed); }
+    bool IsReal() const noexcept override { return false; }
 
   private:
     VirtualClock m_clock;

@@ -15,6 +15,8 @@ class CStateEvent;
 
 namespace brindle::host {
 
+class SnmpRequests;
+
 struct RunState {
     RunState(Site& runSite, RunSink& runSink, RunPace& runPace)
         : site(runSite), sink(runSink), pace(runPace) {}
@@ -26,6 +28,8 @@ struct RunState {
     bool trace = false;
 
     std::unordered_map<const CCommandBehaviourList*, SiteObject*> objects;
+    SnmpRequests* snmp = nullptr;          // none on a virtual clock
+    int asked = 0;                         // by actions, and not answered yet
     std::deque<const CStateEvent*> queue;  // sent by actions; one reference each
 
     // The action that runs at present: for which object, by which trigger, and why ("event", "repeat" or

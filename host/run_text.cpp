@@ -83,6 +83,7 @@ std::string RunText::What(const RunRecord& record) const {
     if (kind == "verdict") return Verdict(record);
     if (kind == "unlock") return Unlock(record);
     if (kind == "repeat" || kind == "schedule") return Repeat(record);
+    if (kind == "snmp") return Snmp(record);
     if (kind == "start")
         return m_paint(TextStyle::kEvent, "start") + "  " + Harmless(Text(record, "site")) + ", " +
                Text(record, "objects") + " objects";
@@ -122,6 +123,15 @@ std::string RunText::Verdict(const RunRecord& record) const {
     return "  " + m_paint(kStyles[verdict], "-> " + text) + m_paint(TextStyle::kQuiet, why);
 }
 
+// Of a request to an SNMP agent, with whom and for what.
+std::string RunText::Failure(const RunRecord& record) {
+    const std::string why = Harmless(Text(record, "why"));
+    if (!record.contains("oid")) return why;
+    return Harmless("snmp " + Text(record, "what") + " " + Text(record, "agent") + " " + Text(record, "oid") +
+                    ": ") +
+           why;
+}
+
 std::string RunText::Outcome(const RunRecord& record) const {
     const std::string kind = Text(record, "kind");
     std::string what;
@@ -131,7 +141,7 @@ std::string RunText::Outcome(const RunRecord& record) const {
     if (kind == "variable")
         what = Text(record, "name") + " = " + Text(record, "value") + " (" + Text(record, "scope") + ")";
     if (kind == "send") what = Event(record);
-    if (kind == "failure") what = m_paint(TextStyle::kFailure, Text(record, "why"));
+    if (kind == "failure") what = m_paint(TextStyle::kFailure, Failure(record));
     if (kind != "send" && kind != "failure") what = Harmless(what);
     // What a timer runs has no event line above it, so it says whose it is.
     const std::string by = Text(record, "by");
@@ -141,6 +151,31 @@ std::string RunText::Outcome(const RunRecord& record) const {
     line += m_paint(TextStyle::kAction, PaddedTo(kind, kKindWidth)) + what;
     if (record.contains("dryRun")) line += m_paint(TextStyle::kQuiet, "  (dry run)");
     return line;
+}
+
+// Answers come at any time, so a line of theirs says whose it is.
+std::string RunText::Snmp(const RunRecord& record) const {
+    const std::string what = Text(record, "what");
+    std::string line = m_paint(TextStyle::kEvent, "snmp") + " " + what;
+    if (what == "poll") {
+        line += " " + Harmless(record.contains("device") ? Text(record, "device") : Text(record, "address"));
+        const char* separator = ": ";
+        const RunRecord values = record.value("values", RunRecord::object());
+        for (const auto& [name, value] : values.items()) {
+            line += separator + Harmless(name + " = " + value.get<std::string>());
+            separator = ", ";
+        }
+        if (record.contains("why"))
+            line += separator + m_paint(TextStyle::kFailure, Harmless(Text(record, "why")));
+        return line;
+    }
+    line += " " + Harmless(Text(record, "agent") + " " + Text(record, "oid"));
+    if (record.contains("value"))
+        line += " = " + m_paint(TextStyle::kAction, Harmless(Text(record, "value")));
+    if (record.contains("name"))
+        line += Harmless(" -> " + Text(record, "name") + " (" + Text(record, "scope") + ")");
+    line += m_paint(TextStyle::kQuiet, Harmless("  for " + Text(record, "action")));
+    return record.contains("sent") ? line + m_paint(TextStyle::kQuiet, "  (not sent)") : line;
 }
 
 std::string RunText::Repeat(const RunRecord& record) const {

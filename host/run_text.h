@@ -29,6 +29,8 @@ class RunText {
     std::string Event(const RunRecord& record) const;
     std::string Verdict(const RunRecord& record) const;
     std::string Outcome(const RunRecord& record) const;
+    std::string Snmp(const RunRecord& record) const;
+    static std::string Failure(const RunRecord& record);
     std::string Repeat(const RunRecord& record) const;
     std::string Unlock(const RunRecord& record) const;
 

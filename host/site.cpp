@@ -55,7 +55,8 @@ bool LoadVariables(const std::string& path, VariableManager& scope, Problems& pr
     return true;
 }
 
-bool LoadDevices(const SitePlan& plan, DeviceTable& devices, Problems& problems) {
+bool LoadDevices(Site& site, Problems& problems) {
+    const SitePlan& plan = site.plan;
     if (plan.devices.empty()) return true;
     std::string bytes;
     const std::string why = ReadSiteFile(plan.devices, bytes);
@@ -63,7 +64,9 @@ bool LoadDevices(const SitePlan& plan, DeviceTable& devices, Problems& problems)
         problems.push_back({plan.devices, 0, 0, why});
         return false;
     }
-    devices.Load(IniText(bytes, plan.devices, problems), plan.devices, problems);
+    const IniText ini(bytes, plan.devices, problems);
+    site.devices.Load(ini, plan.devices, problems);
+    site.polls = ReadPollPlans(ini, plan.devices, problems);
     return true;
 }
 
@@ -131,7 +134,7 @@ bool LoadSite(const std::string& folder, Site& site, Problems& problems) {
     if (!ReadSitePlan(folder, site.plan, problems)) return false;
     MapDrives(site.plan);
     bool loaded = LoadVariables(site.plan.variables, site.scope, problems);
-    loaded = LoadDevices(site.plan, site.devices, problems) && loaded;
+    loaded = LoadDevices(site, problems) && loaded;
     for (const ObjectPlan& plan : site.plan.objects) loaded = LoadObject(plan, site, problems) && loaded;
     return loaded && problems.empty();
 }

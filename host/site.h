@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "host/device_table.h"
+#include "host/poll_plan.h"
 #include "host/problem.h"
 #include "host/site_plan.h"
 
@@ -26,6 +27,7 @@ struct SiteObject {
 struct Site {
     SitePlan plan;
     DeviceTable devices;
+    std::vector<PollPlan> polls;  // of the devices; not changed by a run
     VariableManager scope;
     std::vector<std::unique_ptr<SiteObject>> objects;  // in the order of site.ini
 

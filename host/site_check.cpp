@@ -81,9 +81,11 @@ class SiteChecker {
 
     void CheckIniFiles() {
         std::string bytes;
-        if (ReadIni(m_plan.devices, bytes))
-            m_devices.Load(IniText(bytes, m_plan.devices, m_report.problems), m_plan.devices,
-                           m_report.problems);
+        if (ReadIni(m_plan.devices, bytes)) {
+            const IniText devices(bytes, m_plan.devices, m_report.problems);
+            m_devices.Load(devices, m_plan.devices, m_report.problems);
+            ReadPollPlans(devices, m_plan.devices, m_report.problems);
+        }
         if (!ReadIni(m_plan.macros, bytes)) return;
         const IniText macros(bytes, m_plan.macros, m_report.problems);
         for (const IniSection& section : macros.Sections()) CheckMacros(section);

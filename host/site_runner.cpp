@@ -67,6 +67,11 @@ SiteRunner::SiteRunner(Site& site, EventSource& source, RunSink& sink, RunPace& 
       m_options(options) {
     m_state.dryRun = options.dryRun;
     m_state.trace = options.trace;
+    if (pace.IsReal()) {
+        m_state.snmp = &m_snmp.emplace();
+        m_polls.emplace(m_state, *m_snmp,
+                        [this](const CStateEvent* event) { Deliver(event, nullptr, false); });
+    }
     for (const auto& object : site.objects) m_state.objects[&object->list] = object.get();
 }
 
@@ -81,6 +86,7 @@ void SiteRunner::Run() {
     while (!m_over) {
         DeliverQueue();
         if (m_state.sink.IsClosed()) return;
+        if (TakeAnswers()) continue;
         Fetch();
         Step();
     }
@@ -97,6 +103,12 @@ void SiteRunner::Start() {
         object->list.Execute(new StartEvent, &object->scope);
         m_state.current = nullptr;
     }
+}
+
+bool SiteRunner::TakeAnswers() {
+    if (!m_snmp || !m_snmp->TakeAnswers()) return false;
+    m_state.current = nullptr;
+    return true;
 }
 
 // Takes the next event of the source unless one is waiting for its time.
@@ -127,16 +139,15 @@ void SiteRunner::Step() {
     const bool waitsForInput = !m_next && !m_sourceEnded;
     const std::uint64_t timer = NextTimer().value_or(kNever);
     const std::uint64_t event = m_next ? m_nextAt : kNever;
-    const std::uint64_t wake = std::min(timer, event);
-    if (!m_options.limit && !m_next && m_sourceEnded) return End("the events have ended");
+    const std::uint64_t poll = NextPoll();
+    const std::uint64_t wake = std::min({timer, event, poll});
+    if (!m_options.limit && !m_next && m_sourceEnded) return EndWhenAnswered("the events have ended");
     const std::uint64_t limit = m_options.limit.value_or(kNever);
     if (waitsForInput && m_state.pace.Elapsed() < std::min(wake, limit)) return;  // Fetch waits
-    if (wake > limit) {
-        m_state.pace.WaitUntil(limit);
-        return End("the time is over");
-    }
-    m_state.pace.WaitUntil(wake);
-    if (timer <= event) return CallTimer();
+    if (wake > limit) return WaitUntil(limit) ? End("the time is over") : void();
+    if (!WaitUntil(wake)) return;
+    if (timer <= std::min(event, poll)) return CallTimer();
+    if (poll <= event) return m_polls->SendDue();
     const EventLine line = std::move(*m_next);
     m_next.reset();
     Play(line);
@@ -150,8 +161,10 @@ void SiteRunner::CallTimer() {
 
 void SiteRunner::Play(const EventLine& line) {
     if (line.kind == EventKind::kEnd) {
-        if (!m_options.limit) End("the recording ends here");
-        return;
+        if (m_options.limit) return;
+        m_sourceEnded = true;
+        m_next.reset();
+        return EndWhenAnswered("the recording ends here");
     }
     ++m_played;
     if (line.kind == EventKind::kUnlock) return AskUnlock(line);
@@ -234,9 +247,37 @@ std::optional<std::uint64_t> SiteRunner::NextTimer() const {
 std::chrono::milliseconds SiteRunner::LongestWait() const {
     constexpr std::uint64_t kLongest = 1'000;
     const std::uint64_t now = m_state.pace.Elapsed();
-    std::uint64_t until = std::min(NextTimer().value_or(now + kLongest), now + kLongest);
+    // Answers of agents do not wake a source that waits for input.
+    const std::uint64_t longest = m_snmp && m_snmp->IsBusy() ? kAnswerTick : kLongest;
+    std::uint64_t until = std::min({NextTimer().value_or(now + longest), NextPoll(), now + longest});
     if (m_options.limit) until = std::min(until, *m_options.limit);
     return std::chrono::milliseconds(until > now ? until - now : 0);
+}
+
+std::uint64_t SiteRunner::NextPoll() const {
+    constexpr std::uint64_t kNever = std::numeric_limits<std::uint64_t>::max();
+    return m_polls ? m_polls->NextDue().value_or(kNever) : kNever;
+}
+
+bool SiteRunner::WaitUntil(std::uint64_t elapsed) {
+    constexpr std::uint64_t kLongest = 60'000;
+    while (m_snmp && m_snmp->IsBusy()) {
+        const std::uint64_t now = m_state.pace.Elapsed();
+        if (now >= elapsed) return true;
+        if (m_snmp->WaitForAnswer(std::chrono::milliseconds(std::min(elapsed - now, kLongest)))) return false;
+    }
+    m_state.pace.WaitUntil(elapsed);
+    return true;
+}
+
+void SiteRunner::EndWhenAnswered(const char* why) {
+    while (m_state.asked > 0) {
+        m_snmp->WaitForAnswer(std::chrono::milliseconds(1'000));
+        TakeAnswers();
+        DeliverQueue();
+        if (m_state.sink.IsClosed()) return;
+    }
+    End(why);
 }
 
 void SiteRunner::End(const char* why) {

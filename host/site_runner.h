@@ -2,8 +2,8 @@
 // engine's timer whenever something is due, and delivers what actions send after the event being handled.
 //
 // One runner at a time: it registers the process-wide slots (data interface, observer, host context) for the
-// duration of Run. Things due at one moment come in this order: what actions sent, then repeats and
-// schedules, then the event of the recording.
+// duration of Run. Things due at one moment come in this order: what actions sent, answers of SNMP agents,
+// repeats and schedules, polls, the event of the recording. Agents are asked in real time only.
 #pragma once
 
 #include <cstdint>
@@ -14,6 +14,8 @@
 #include "host/run_data.h"
 #include "host/run_observer.h"
 #include "host/run_state.h"
+#include "host/snmp_requests.h"
+#include "host/station_polls.h"
 
 namespace brindle::host {
 
@@ -29,6 +31,9 @@ class SiteRunner {
     static constexpr int kMostSentEvents = 1'000;
     // Repeats without a period run this often, in milliseconds.
     static constexpr std::uint64_t kTick = 100;
+    // How often a run that waits for input looks for answers of SNMP agents while there are any to come,
+    // likewise.
+    static constexpr std::uint64_t kAnswerTick = 20;
 
     // Everything is borrowed and must outlive the runner.
     SiteRunner(Site& site, EventSource& source, RunSink& sink, RunPace& pace, const RunOptions& options);
@@ -40,6 +45,8 @@ class SiteRunner {
 
   private:
     void Start();
+    // Hands out what SNMP agents have answered; false when nothing came.
+    bool TakeAnswers();
     void Fetch();
     void Accept(const EventItem& item);
     void Step();
@@ -52,9 +59,16 @@ class SiteRunner {
     void DeliverQueue();
     std::optional<std::uint64_t> NextTimer() const;
     std::chrono::milliseconds LongestWait() const;
+    // Waits until that time. False when an SNMP answer came before.
+    bool WaitUntil(std::uint64_t elapsed);
+    std::uint64_t NextPoll() const;
+    // Ends the run, once the requests of actions are answered.
+    void EndWhenAnswered(const char* why);
     void End(const char* why);
 
     RunState m_state;
+    std::optional<SnmpRequests> m_snmp;
+    std::optional<StationPolls> m_polls;
     RunObserver m_observer;
     RunContext m_context;
     RunData m_data;

@@ -231,8 +231,8 @@ std::string Saved(const CCommandTreeItem& item) {
 
 // A text each kind of attribute can read and that is not its initial one.
 std::string OtherText(const Attribute& attribute) {
-    for (const char* text :
-         {"TRUE", "FALSE", "YES", "ON", "SITE", "3", "1.5", "07:08:09", "Mon", "0001:?:03", "text"}) {
+    for (const char* text : {"TRUE", "FALSE", "YES", "ON", "SITE", "GAUGE32", "3", "1.5", "07:08:09", "Mon",
+                             "0001:?:03", "text"}) {
         const std::string before = attribute.text();
         if (attribute.parse(text).empty() && attribute.text() != before) return attribute.text();
     }
@@ -265,7 +265,7 @@ TEST(HostTypes, AreRegisteredOnce) {
     CCommandTriggerList::GetTypeList(names);
     EXPECT_EQ(names.GetCount(), 9);
     CCommandActionList::GetTypeList(names);
-    EXPECT_EQ(names.GetCount(), 7);
+    EXPECT_EQ(names.GetCount(), 8);
 }
 
 TEST(HostTypes, EveryAttributeIsSavedAndLoaded) {

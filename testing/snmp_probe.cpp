@@ -84,7 +84,7 @@ int RunLimit(const char* agent, const char* oid) {
     rlimit before{};
     if (::getrlimit(RLIMIT_AS, &before) != 0) return 2;
     rlimit low = before;
-    low.rlim_cur = static_cast<rlim_t>(UsedPages() * ::sysconf(_SC_PAGESIZE)) + (1U << 20);
+    low.rlim_cur = static_cast<rlim_t>(UsedPages() * ::sysconf(_SC_PAGESIZE)) + (64U << 10);
     if (::setrlimit(RLIMIT_AS, &low) != 0) return 2;
     const int get = KySnmpGetValue(&variable, OnResult, 0, 5000, 1);
     const int set = KySnmpSetValue(&variable, OnResult, 0, 5000, 1);

@@ -46,6 +46,10 @@ class EventInput {
                 m_source = std::make_unique<host::BackgroundReader>(std::cin, m_path);
             return;
         }
+        if (m_path.empty() && !site.polls.empty() && !options.fast) {
+            m_source = std::make_unique<host::NoEvents>();
+            return;
+        }
         if (m_path.empty())
             throw Failure(kWrongUsage, site.plan.file, "names no \"Recording\", and no --events is given");
         if (host::IsFolder(m_path)) throw Failure(kWrongUsage, m_path, "is a folder");

@@ -194,5 +194,30 @@ TEST(ToolSnmpUsage, SetNoticesAnotherValue) {
               0});
 }
 
+// The studio with its agent: somebody turned the power down, the rule notices, the action writes to the panel.
+TEST(ToolSnmpSite, TheStudioAsksItsAgent) {
+    int port = 0;
+    {
+        const ScriptedAgent somewhere;  // its port is free again afterwards
+        port = std::stoi(somewhere.Address().substr(somewhere.Address().find(':') + 1));
+    }
+    const ToolResult result = RunShell("folder=$(mktemp -d); port=" + std::to_string(port) + R"(
+        cp -r examples/sites/studio/. "$folder"; sed -i "s/16161/$port/" "$folder/devices.ini"
+        examples/sites/studio/agent $port & agent=$!
+        ask() { brindle snmp get 127.0.0.1:$port $* --timeout 200; }
+        for attempt in 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20; do
+            ask 1.5.0 >/dev/null 2>&1 && break; sleep 0.1
+        done
+        brindle snmp set 127.0.0.1:$port 1.3.6.1.4.1.8072.9999.1.1 INTEGER 420 --community private
+        brindle run "$folder" --events /dev/null --for 1 | grep -o 'Power: .*\|snmp poll.*A: .*'
+        ask 1.3.6.1.4.1.8072.9999.3
+        kill $agent; wait; rm -rf "$folder")");
+    EXPECT_EQ(result.out,
+              ".1.3.6.1.4.1.8072.9999.1.1 = INTEGER: 420\n"
+              "snmp poll Transmitter A: Exciter = exciter 1, Power = 420\n"
+              "Power: A 420 W (exciter 1), B 1000 W ()\n"
+              ".1.3.6.1.4.1.8072.9999.3 = OCTET STRING: Power low, call duty desk\n");
+}
+
 }  // namespace
 }  // namespace brindle::testing

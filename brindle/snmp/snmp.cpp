@@ -6,9 +6,8 @@
 #include <chrono>
 #include <memory>
 #include <new>
-#include <system_error>
-#include <thread>
 
+#include "brindle/platform/worker_thread.h"
 #include "brindle/snmp/snmp_value_text.h"
 
 namespace {
@@ -90,7 +89,8 @@ bool Perform(Request& request) {
     return request.operation == SnmpOperation::kGet ? Get(request, *session) : Set(request, *session);
 }
 
-void Work(std::unique_ptr<Request> request) noexcept {
+void Work(void* given) noexcept {
+    const std::unique_ptr<Request> request(static_cast<Request*>(given));
     bool done = false;
     try {
         done = Perform(*request);
@@ -117,21 +117,20 @@ int Start(SnmpOperation operation, const CSnmpVariable* variable, KySnmpCallback
           unsigned long userValue, long timeout, int retries) {
     if (!variable) return 0;
     try {
-        std::thread(Work, std::make_unique<Request>(Request{operation,
-                                                            *variable,
-                                                            callback,
-                                                            userValue,
-                                                            TargetOf(*variable, timeout, retries),
-                                                            brindle::CurrentSnmpManager(),
-                                                            {},
-                                                            {}}))
-            .detach();
-    } catch (const std::system_error&) {
-        return 0;
+        auto request = std::make_unique<Request>(Request{operation,
+                                                         *variable,
+                                                         callback,
+                                                         userValue,
+                                                         TargetOf(*variable, timeout, retries),
+                                                         brindle::CurrentSnmpManager(),
+                                                         {},
+                                                         {}});
+        if (!brindle::StartWorker(Work, request.get())) return 0;
+        (void)request.release();  // the worker's from here on
+        return 1;
     } catch (const std::bad_alloc&) {
         return 0;
     }
-    return 1;
 }
 
 }  // namespace

@@ -11,7 +11,7 @@
 
 // Called on the worker thread, several at once and in any order. `variable` is the worker's own copy and is
 // gone when the call-back returns. `userValue` is what the host gave. `result` is 1 for success, else 0. The
-// call-back must not throw.
+// call-back must not throw, and has half a megabyte of stack.
 //   get: 1 when the agent answered with a value; `oid`, `type` and `value` are then the agent's. With 0 they are as
 //        the host sent them.
 //   set: 1 when the agent answered, also when it refused; KySnmpLastFailure tells. The copy is as the host sent it.

@@ -10,9 +10,11 @@
 
 #include <net-snmp/net-snmp-includes.h>
 
+#include <arpa/inet.h>
 #include <fcntl.h>
 #include <net-snmp/library/large_fd_set.h>
 #include <netdb.h>
+#include <pthread.h>
 #include <sys/select.h>
 
 #include <algorithm>
@@ -30,7 +32,17 @@
 namespace brindle {
 namespace {
 
-constinit std::mutex g_library;
+// It is held for microseconds, so whoever finds it taken looks again a few times before sleeping.
+class ShortLock {
+  public:
+    void lock() noexcept { ::pthread_mutex_lock(&m_mutex); }
+    void unlock() noexcept { ::pthread_mutex_unlock(&m_mutex); }
+
+  private:
+    pthread_mutex_t m_mutex = PTHREAD_ADAPTIVE_MUTEX_INITIALIZER_NP;
+};
+
+constinit ShortLock g_library;
 constinit bool g_started = false;  // under the lock
 
 void StartLibrary() {
@@ -61,6 +73,31 @@ std::string PeerName(const addrinfo& address) {
                                         : std::string("udp6:[") + host + "]:" + port;
 }
 
+// Looks a name up; waits as long as that takes. Empty when nobody knows it.
+std::string PeerOfName(const SnmpAgent& agent) {
+    addrinfo wanted{};
+    wanted.ai_family = agent.isIpv6 ? AF_INET6 : AF_UNSPEC;
+    wanted.ai_socktype = SOCK_DGRAM;
+    wanted.ai_flags = AI_NUMERICSERV | (agent.isIpv6 ? AI_NUMERICHOST : 0);
+    addrinfo* list = nullptr;
+    const int error = ::getaddrinfo(agent.host.c_str(), PrintUnsigned(agent.port).c_str(), &wanted, &list);
+    const Addresses addresses(error == 0 ? list : nullptr);
+    for (const addrinfo* address = addresses.get(); address; address = address->ai_next)
+        if (address->ai_family == AF_INET) return PeerName(*address);
+    return addresses ? PeerName(*addresses) : std::string();
+}
+
+// An address needs no look-up. Empty when the host is none.
+std::string PeerOfAddress(const SnmpAgent& agent) {
+    in6_addr unused{};
+    const std::string port = PrintUnsigned(agent.port);
+    if (!agent.isIpv6 && ::inet_pton(AF_INET, agent.host.c_str(), &unused) == 1)
+        return "udp:" + agent.host + ":" + port;
+    if (agent.isIpv6 && ::inet_pton(AF_INET6, agent.host.c_str(), &unused) == 1)
+        return "udp6:[" + agent.host + "]:" + port;
+    return {};
+}
+
 bool Resolve(const std::string& text, std::string& peer, SnmpFailure& failure) {
     const std::optional<SnmpAgent> agent = ReadSnmpAgent(text);
     if (!agent) {
@@ -68,20 +105,8 @@ bool Resolve(const std::string& text, std::string& peer, SnmpFailure& failure) {
                    "\"" + text + "\" is no host or address with an optional port"};
         return false;
     }
-    addrinfo wanted{};
-    wanted.ai_family = agent->isIpv6 ? AF_INET6 : AF_UNSPEC;
-    wanted.ai_socktype = SOCK_DGRAM;
-    wanted.ai_flags = AI_NUMERICSERV | (agent->isIpv6 ? AI_NUMERICHOST : 0);
-    addrinfo* list = nullptr;
-    const int error = ::getaddrinfo(agent->host.c_str(), PrintUnsigned(agent->port).c_str(), &wanted, &list);
-    const Addresses addresses(error == 0 ? list : nullptr);
-    const addrinfo* chosen = addresses.get();
-    for (const addrinfo* address = chosen; address; address = address->ai_next) {
-        if (address->ai_family != AF_INET) continue;
-        chosen = address;
-        break;
-    }
-    if (chosen) peer = PeerName(*chosen);
+    peer = PeerOfAddress(*agent);
+    if (peer.empty()) peer = PeerOfName(*agent);
     if (!peer.empty()) return true;
     failure = {agent->isIpv6 ? SnmpFailureKind::kBadAgent : SnmpFailureKind::kUnreachable, 0,
                "nobody knows the host \"" + agent->host + "\""};

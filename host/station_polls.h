@@ -1,0 +1,58 @@
+// StationPolls: asks the SNMP agents of a site's devices, each in its own rhythm, and tells the station what
+// they say. Values become fields of the device; a poll that has all its answers is followed by the events
+// that tell of it: a state or a meter value that has changed, then the poll itself.
+//
+// A device that has not answered yet is not asked again. Thread: the run's.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/poll_plan.h"
+#include "host/run_state.h"
+#include "host/snmp_requests.h"
+
+namespace brindle::host {
+
+class StationPolls {
+  public:
+    // Takes over one reference of the event.
+    using Deliver = std::function<void(const CStateEvent* event)>;
+
+    StationPolls(RunState& state, SnmpRequests& requests, Deliver deliver);
+
+    // When something is to be asked next, in milliseconds of the run; nothing when no device is polled.
+    std::optional<std::uint64_t> NextDue() const;
+    // Asks what is due.
+    void SendDue();
+
+  private:
+    struct Poll {
+        const PollPlan* plan;
+        std::uint64_t due = 0;
+        std::size_t pending = 0;
+        std::map<std::string, std::string> values;  // of the poll in progress, by field
+        std::string why;                            // why its first failure failed
+        std::string lastWhy;
+        std::optional<int> state;  // as told last
+        std::optional<double> meter;
+    };
+    void Ask(Poll& poll);
+    void Take(Poll& poll, const PollField& field, const SnmpAnswer& answer);
+    void Complete(Poll& poll);
+    void TellState(Poll& poll, bool textsChanged);
+    void TellMeter(Poll& poll);
+    void WriteRecord(const Poll& poll, const RunRecord& changes);
+    std::optional<int> StateOf(const Poll& poll) const;
+
+    RunState& m_state;
+    SnmpRequests& m_requests;
+    Deliver m_deliver;
+    std::vector<Poll> m_polls;  // made once: requests refer to them
+};
+
+}  // namespace brindle::host

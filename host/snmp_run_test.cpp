@@ -306,14 +306,16 @@ TEST(SnmpLines, SayWhoAndWhat) {
         const char* expected;
     };
     const Row rows[] = {
-        {R"({"t":1,"kind":"snmp","what":"poll","device":"Tx","address":"0001:02:03","agent":"a","values":{"A":"1","B":"x"}})",
+        {R"({"t":1,"kind":"snmp","what":"poll","device":"Tx","address":"0001:02:03",)"
+         R"("agent":"a","values":{"A":"1","B":"x"}})",
          "    0.001        snmp poll Tx: A = 1, B = x"},
         {R"({"t":1,"kind":"snmp","what":"poll","address":"0001:02:03","agent":"a","why":"A: no answer"})",
          "    0.001        snmp poll 0001:02:03: A: no answer"},
         {R"({"t":1,"kind":"snmp","object":"a","by":"event","trigger":"T","action":"N","what":"get","agent":"h:1",)"
          R"("oid":".1.3","type":4,"value":"\u001bx","name":"V","scope":"site"})",
          "    0.001  a     snmp get h:1 .1.3 =  x -> V (site)  for N"},
-        {R"({"t":1,"kind":"snmp","object":"a","action":"N","what":"set","agent":"h","oid":"1.3","type":2,"value":"5","sent":false})",
+        {R"({"t":1,"kind":"snmp","object":"a","action":"N","what":"set","agent":"h",)"
+         R"("oid":"1.3","type":2,"value":"5","sent":false})",
          "    0.001  a     snmp set h 1.3 = 5  for N  (not sent)"},
         {R"({"t":1,"kind":"failure","object":"a","action":"N","what":"get","agent":"h","oid":"1.3","why":"no answer"})",
          "    0.001  a          -> failure  snmp get h 1.3: no answer"},

@@ -26,6 +26,11 @@ bool HoldsMacro(std::string_view text) {
     return first != kNone && text.find('$', first + 1) != kNone;
 }
 
+std::string Shown(std::string text) {
+    ReplaceEvery(text, kDollarMarker, "$$");
+    return text;
+}
+
 std::string LookUp(const std::string& name, const char* iniFile) {
     CStringA value;
     GetIniString(LoadStringResource(kTextSearchPath), name.c_str(), "", value, iniFile, kChunk);
@@ -62,12 +67,12 @@ std::string PathExpansion::Expand(std::string text) const {
     IMacroObserver* const observer = g_macroSlots.observer;
     for (int pass = 1;; ++pass) {
         std::string next = Pass(text);
-        if (observer) observer->OnPass(pass, next.c_str());
+        if (observer) observer->OnPass(pass, Shown(next).c_str());
         const bool more = HoldsMacro(next) && next != text;
         text = std::move(next);
         if (!more) return text;
         if (pass < kMostPasses && text.size() <= kMostBytes) continue;
-        if (observer) observer->OnEndless(text.c_str());
+        if (observer) observer->OnEndless(Shown(text).c_str());
         return text;
     }
 }

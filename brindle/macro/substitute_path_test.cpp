@@ -277,6 +277,13 @@ TEST_F(SubstitutePaths, TheObserverSeesEveryStep) {
               "try /c\\a\\x yes;");
 }
 
+TEST_F(SubstitutePaths, TheObserverSeesEscapedDollarsAsWritten) {
+    Ini("A=x$$y");
+    Watcher watcher;
+    EXPECT_EQ(Expand("$A$ $$5"), "x$y $5");
+    EXPECT_EQ(watcher.log, "look A=x$$y;pass 1 x$$y $$5;");
+}
+
 TEST_F(SubstitutePaths, ExpandSearchPathsLooksForFiles) {
     Ini("A=/a;/b");
     File("/b/x");

@@ -48,6 +48,10 @@ if(BRINDLE_COVERAGE)
   add_link_options(--coverage)
 endif()
 
+if(BRINDLE_SANITIZE OR BRINDLE_COVERAGE OR BRINDLE_FUZZ)
+  add_compile_options(-g1)  # lines are all their reports show, and a fifth of the build time goes into the rest
+endif()
+
 # Checks that read the library's binary only make sense on code the compiler did not instrument.
 set(BRINDLE_PLAIN_CODE ON)
 if(BRINDLE_SANITIZE OR BRINDLE_COVERAGE OR BRINDLE_FUZZ)

@@ -7,10 +7,12 @@ namespace brindle::host {
 
 namespace {
 
+constexpr std::string_view kMark = "\xEF\xBB\xBF";  // of UTF-8
+
 class CsvReader {
   public:
     explicit CsvReader(std::string_view text) : m_text(text) {
-        if (m_text.starts_with("\xEF\xBB\xBF")) m_text.remove_prefix(3);
+        if (m_text.starts_with(kMark)) m_text.remove_prefix(kMark.size());
     }
 
     std::string Read(std::vector<CsvRecord>& records, std::size_t& line) {
@@ -90,7 +92,8 @@ std::string CsvText(const std::vector<std::string>& fields) {
     for (std::size_t i = 0; i < fields.size(); ++i) {
         if (i > 0) text += ',';
         const std::string& field = fields[i];
-        if (field.find_first_of(",\"\r\n") == std::string::npos) {
+        // A field that begins with the mark would lose it at the beginning of a file.
+        if (field.find_first_of(",\"\r\n") == std::string::npos && !field.starts_with(kMark)) {
             text += field;
             continue;
         }

@@ -52,7 +52,8 @@ TEST(CsvText, ReadsRecords) {
 
 TEST(CsvText, WhatIsWrittenReadsBack) {
     const std::vector<std::vector<std::string>> rows = {
-        {"a"}, {"a", "b"}, {"a,b", "\"", "x\r\ny", " "}, {"", ""}, {"\xC3\xBC", "\"\""}};
+        {"a"},    {"a", "b"},           {"a,b", "\"", "x\r\ny", " "},
+        {"", ""}, {"\xC3\xBC", "\"\""}, {"\xEF\xBB\xBFx", "y"}};
     for (const auto& fields : rows) {
         std::vector<CsvRecord> records;
         std::size_t line = 0;

@@ -47,7 +47,8 @@ class Files {
     // keeps its permission bits, and on failure stays as it was; no temporary file is left behind.
     virtual Result WriteWhole(std::string_view hostPath, std::string_view bytes) = 0;
     // Adds to the end of the file, which is made when missing, all or nothing. A file that is longer than
-    // `emptyBeyond` bytes is emptied first. Texts of several processes do not mix.
+    // `emptyBeyond` bytes is emptied first. Texts of several processes do not mix, and none is lost: where another
+    // program keeps the file locked, this waits up to two seconds and then adds without emptying.
     virtual Result Append(std::string_view hostPath, std::string_view bytes, std::uint64_t emptyBeyond) = 0;
     // Reads the whole file, has `edit` change its bytes and writes them as WriteWhole does; nothing is written
     // when `edit` answers false. A missing file is an empty one with `exists` false; one that differs in letter

@@ -231,14 +231,16 @@ class LinuxFiles final : public Files {
         constexpr int kFlags = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
         FileDescriptor file(open(path.c_str(), kFlags, 0666));
         if (!file.ok()) return SystemError(hostPath, errno);
-        if (const int error = Lock(file.get())) return SystemError(hostPath, error);
+        const int lockError = Lock(file.get());
+        if (lockError && lockError != EWOULDBLOCK) return SystemError(hostPath, lockError);
         if (fstat(file.get(), &status) != 0) return SystemError(hostPath, errno);
         if (Result refused = RefuseUnlessRegular(hostPath, status); !refused.ok()) return refused;
-        const bool tooLong = static_cast<std::uint64_t>(status.st_size) > emptyBeyond;
+        // Without the lock nothing may be taken away: one write at the end of a file is whole all the same.
+        const bool tooLong = !lockError && static_cast<std::uint64_t>(status.st_size) > emptyBeyond;
         if (tooLong && ftruncate(file.get(), 0) != 0) return SystemError(hostPath, errno);
         const int error = WriteAll(file.get(), bytes);
         // A part of it would be worse than nothing.
-        if (error && ftruncate(file.get(), tooLong ? 0 : status.st_size) != 0)
+        if (error && !lockError && ftruncate(file.get(), tooLong ? 0 : status.st_size) != 0)
             return SystemError(hostPath, errno);
         return error ? SystemError(hostPath, error) : Result{};
     }

@@ -1,5 +1,7 @@
 // What only the real files service has: permission bits, links, disks that fill up, files that change.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -136,6 +138,17 @@ TEST_F(LinuxFilesTest, FullDiskLeavesTheLogAsItWas) {
     ASSERT_EQ(waitpid(child, &status, 0), child);
     EXPECT_EQ(WEXITSTATUS(status), 0);
     EXPECT_EQ(Get("log"), "old");
+}
+
+TEST_F(LinuxFilesTest, ALogThatSomebodyKeepsLockedLosesNoLine) {
+    Put("log", "old");
+    const int holder = open(In("log").c_str(), O_RDONLY);
+    ASSERT_EQ(flock(holder, LOCK_EX), 0);
+    EXPECT_TRUE(BackendFiles().Append(In("log"), "+new", 1).ok());
+    EXPECT_EQ(Get("log"), "old+new") << "added, though not emptied";
+    close(holder);
+    EXPECT_TRUE(BackendFiles().Append(In("log"), "last", 1).ok());
+    EXPECT_EQ(Get("log"), "last");
 }
 
 // Every process adds its lines by reading, changing and writing the file.

@@ -81,7 +81,8 @@ TEST_F(SysCreateLog, AFileThatCannotBeOpenedIsSkippedSilently) {
     EXPECT_FALSE(files.Exists("/none"));
 }
 
-// On the real files, which one of them empties at the beginning: every process's lines are all there, whole and in order.
+// On a real file, which one of them empties at the beginning: every process's lines are all there, whole and in
+// order.
 TEST(SysCreateLogProcesses, LoseNoLineAndTearNone) {
     constexpr int kProcesses = 4;
     constexpr int kLines = 300;

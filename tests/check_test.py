@@ -309,6 +309,20 @@ class BinaryCheckTest(unittest.TestCase):
         self.assertIn("loads libX11.so.6", output)
 
 
+class ForeignNameTest(unittest.TestCase):
+    def test_the_name_decides_not_its_parameters_or_result(self):
+        sys.path.insert(0, str(ROOT / "tools"))
+        from checks.binary import is_foreign
+        for name in ("std::vector<int>::push_back(int const&)", "void std::vector<a, b>::_M_realloc_insert<int>(int)",
+                     "vtable for std::exception", "operator new(unsigned long)", "guard variable for std::x()::y",
+                     "std::ostream& std::operator<< <std::char_traits<char> >(std::ostream&, char)"):
+            self.assertTrue(is_foreign(name), name)
+        for name in ("XMLWriter::EnterCopy(XMLReader const&, std::map<int, int> const&)", "typeinfo for XMLReader",
+                     "CStringA::operator<(std::string const&)", "bool operator<<(std::ostream&, int)",
+                     "brindle::Foo<std::less<int> >::Bar(int)", "std::string brindle::Made<int>(int)"):
+            self.assertFalse(is_foreign(name), name)
+
+
 class AcceptGoldenTest(unittest.TestCase):
     def setUp(self):
         self.root = pathlib.Path(tempfile.mkdtemp(prefix="check-"))

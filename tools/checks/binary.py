@@ -12,8 +12,26 @@ NEEDED = {"libxml2.so.2", "libstdc++.so.6", "libm.so.6", "libgcc_s.so.1", "libc.
           "ld-linux-aarch64.so.1"}
 DESKTOP = re.compile(r"lib(?:Qt\d|X11|xcb|wayland|GL|EGL|gtk|gdk)", re.IGNORECASE)
 # Templates of the standard library that happen to be made here belong to it, not to the interface.
-FOREIGN = re.compile(r"^(?:typeinfo (?:for|name for) |vtable for |guard variable for )?"
-                     r"(?:.*\s)?(?:std::|__gnu_cxx::|__cxxabiv1::|operator (?:new|delete))")
+TABLE_OF = re.compile(r"^(?:typeinfo (?:for|name for) |vtable for |guard variable for )")
+SIGN_OPERATOR = re.compile(r"\boperator\s*(?:<=>|<<=?|>>=?|<=|>=|->\*?|<|>|\(\))")
+LIBRARY = ("std::", "__gnu_cxx::", "__cxxabiv1::")
+
+
+def is_foreign(name):
+    """Whether a demangled name is the standard library's: by the name itself, not by its parameters or result."""
+    name = TABLE_OF.sub("", name)
+    if re.match(r"operator (?:new|delete)\b", name):
+        return True
+    depth, begin = 0, 0
+    name = SIGN_OPERATOR.sub("operator@", name)
+    for at, letter in enumerate(name):
+        depth += (letter == "<") - (letter == ">")
+        if depth == 0 and letter == "(":
+            name = name[:at]
+            break
+        if depth == 0 and letter == " " and name[at + 1:at + 2] != "<":
+            begin = at + 1  # behind the result type of a template function
+    return name[begin:].startswith(LIBRARY)
 
 
 def output(*command):
@@ -36,7 +54,7 @@ def symbols(build):
 def interface(build):
     """What a program may bind to: strong symbols, and the tables of classes. Other weak symbols are inline
     functions, which come and go with the optimiser."""
-    return sorted({name for kind, name in symbols(build) if not FOREIGN.match(name)
+    return sorted({name for kind, name in symbols(build) if not is_foreign(name)
                    and (kind in "TDRB" or kind == "V" and name.startswith("vtable for "))})
 
 

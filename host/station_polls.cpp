@@ -33,7 +33,7 @@ StationPolls::StationPolls(RunState& state, SnmpRequests& requests, Deliver deli
     : m_state(state), m_requests(requests), m_deliver(std::move(deliver)) {
     for (const PollPlan& plan : state.site.polls) {
         Poll poll;
-        poll.plan = &plan;
+        poll.plan = plan;
         m_polls.push_back(std::move(poll));
     }
 }
@@ -49,7 +49,7 @@ void StationPolls::SendDue() {
     const std::uint64_t now = m_state.pace.Elapsed();
     for (Poll& poll : m_polls) {
         if (poll.due > now) continue;
-        const auto period = static_cast<std::uint64_t>(poll.plan->period);
+        const auto period = static_cast<std::uint64_t>(poll.plan.period);
         poll.due += ((now - poll.due) / period + 1) * period;
         if (poll.pending == 0) Ask(poll);
     }
@@ -58,14 +58,14 @@ void StationPolls::SendDue() {
 void StationPolls::Ask(Poll& poll) {
     poll.values.clear();
     poll.why.clear();
-    poll.pending = poll.plan->fields.size();
-    for (const PollField& field : poll.plan->fields) {
+    poll.pending = poll.plan.fields.size();
+    for (const PollField& field : poll.plan.fields) {
         SnmpRequest request;
-        request.variable.agent = poll.plan->agent;
-        request.variable.community = poll.plan->community;
+        request.variable.agent = poll.plan.agent;
+        request.variable.community = poll.plan.community;
         request.variable.oid = field.oid;
-        request.timeout = poll.plan->timeout;
-        request.retries = poll.plan->retries;
+        request.timeout = poll.plan.timeout;
+        request.retries = poll.plan.retries;
         m_requests.Send(std::move(request),
                         [this, &poll, &field](const SnmpAnswer& answer) { Take(poll, field, answer); });
     }
@@ -84,7 +84,7 @@ void StationPolls::Complete(Poll& poll) {
     bool textsChanged = false;
     for (const auto& [name, value] : poll.values) {
         if (IsOneOf(name, {"State"})) continue;
-        if (!m_state.site.devices.SetField(poll.plan->address, name, value)) continue;
+        if (!m_state.site.devices.SetField(poll.plan.address, name, value)) continue;
         changes[TextToUtf8(name)] = TextToUtf8(value);
         textsChanged = textsChanged || IsOneOf(name, {"Header", "Cause", "Text", "User"});
     }
@@ -92,16 +92,16 @@ void StationPolls::Complete(Poll& poll) {
     poll.lastWhy = poll.why;
     TellState(poll, textsChanged);
     TellMeter(poll);
-    if (!poll.values.empty()) m_deliver(MakeEvent(LineOf(EventKind::kPoll, *poll.plan), {}));
+    if (!poll.values.empty()) m_deliver(MakeEvent(LineOf(EventKind::kPoll, poll.plan), {}));
 }
 
 void StationPolls::WriteRecord(const Poll& poll, const RunRecord& changes) {
     RunRecord record = m_state.Begin("snmp");
     record["what"] = "poll";
-    const std::string device = m_state.site.devices.Caption(poll.plan->address);
+    const std::string device = m_state.site.devices.Caption(poll.plan.address);
     if (!device.empty()) record["device"] = TextToUtf8(device);
-    record["address"] = AddressText(AddressOf(*poll.plan));
-    record["agent"] = TextToUtf8(poll.plan->agent);
+    record["address"] = AddressText(AddressOf(poll.plan));
+    record["agent"] = TextToUtf8(poll.plan.agent);
     if (!changes.empty()) record["values"] = changes;
     if (!poll.why.empty()) record["why"] = TextToUtf8(poll.why);
     m_state.sink.Write(record);
@@ -109,12 +109,12 @@ void StationPolls::WriteRecord(const Poll& poll, const RunRecord& changes) {
 
 // The state that the poll's answers mean; nothing when they say nothing about it.
 std::optional<int> StationPolls::StateOf(const Poll& poll) const {
-    if (poll.values.empty()) return poll.plan->noAnswer;
+    if (poll.values.empty()) return poll.plan.noAnswer;
     for (const auto& [name, value] : poll.values) {
         int number = 0;
         if (!IsOneOf(name, {"State"}) || !ParseInt(value, number)) continue;
-        const auto mapped = poll.plan->states.find(number);
-        return mapped == poll.plan->states.end() ? number : mapped->second;
+        const auto mapped = poll.plan.states.find(number);
+        return mapped == poll.plan.states.end() ? number : mapped->second;
     }
     return {};
 }
@@ -125,10 +125,10 @@ void StationPolls::TellState(Poll& poll, bool textsChanged) {
     poll.state = state;
     const auto field = [&](const char* name) {
         std::string value;
-        m_state.site.devices.Field(poll.plan->address, name, value);
+        m_state.site.devices.Field(poll.plan.address, name, value);
         return CStringA(value);
     };
-    EventLine line = LineOf(EventKind::kState, *poll.plan);
+    EventLine line = LineOf(EventKind::kState, poll.plan);
     line.state = *state;
     line.header = field("Header");
     line.cause = field("Cause");
@@ -142,7 +142,7 @@ void StationPolls::TellMeter(Poll& poll) {
         double number = 0;
         if (!IsOneOf(name, {"Value"}) || !ParseReal(value, number) || poll.meter == number) continue;
         poll.meter = number;
-        EventLine line = LineOf(EventKind::kMeter, *poll.plan);
+        EventLine line = LineOf(EventKind::kMeter, poll.plan);
         line.value = static_cast<float>(number);
         m_deliver(MakeEvent(line, {}));
     }

@@ -32,7 +32,7 @@ class StationPolls {
 
   private:
     struct Poll {
-        const PollPlan* plan;
+        PollPlan plan;
         std::uint64_t due = 0;
         std::size_t pending = 0;
         std::map<std::string, std::string> values;  // of the poll in progress, by field

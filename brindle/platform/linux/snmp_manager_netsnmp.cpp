@@ -215,14 +215,18 @@ class Sockets {
     Sockets& operator=(const Sockets&) = delete;
     ~Sockets() { ::netsnmp_large_fd_set_cleanup(&m_set); }
 
-    // Waits for the session's socket until something is to be read or resent. False: the time is over.
-    bool Wait(void* session) {
+    enum class Seen { kPacket, kTimeIsOver, kNothingAsked };
+
+    // Waits for the session's socket until something is to be read or resent.
+    Seen Wait(void* session) {
         int count = 0;
         int block = 1;
         timeval left{};
         NETSNMP_LARGE_FD_ZERO(&m_set);
         ::snmp_sess_select_info2(session, &count, &m_set, &left, &block);
-        return ::netsnmp_large_fd_set_select(count, &m_set, nullptr, nullptr, block ? nullptr : &left) > 0;
+        if (block) return Seen::kNothingAsked;
+        const bool ready = ::netsnmp_large_fd_set_select(count, &m_set, nullptr, nullptr, &left) > 0;
+        return ready ? Seen::kPacket : Seen::kTimeIsOver;
     }
     void Read(void* session) { ::snmp_sess_read2(session, &m_set); }
 
@@ -233,9 +237,11 @@ class Sockets {
 void AwaitAnswer(void* session, Exchange& exchange) {
     Sockets sockets;
     while (exchange.outcome == Exchange::kWaiting) {
-        const bool readable = sockets.Wait(session);
+        const Sockets::Seen seen = sockets.Wait(session);
         const std::lock_guard lock(g_library);
-        if (readable) sockets.Read(session);
+        if (seen == Sockets::Seen::kPacket) sockets.Read(session);
+        if (seen == Sockets::Seen::kNothingAsked)
+            exchange.outcome = Exchange::kBroken;  // the request was dropped
         // Also after a packet: packets that are no answer must not put the time-out off.
         if (exchange.outcome == Exchange::kWaiting) ::snmp_sess_timeout(session);
     }

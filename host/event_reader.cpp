@@ -56,6 +56,7 @@ struct BackgroundReader::Shared {
     std::condition_variable changed;
     std::deque<EventItem> items;
     bool abandoned = false;
+    std::function<void()> wake;
 
     // False when the run is over.
     bool Put(EventItem item) {
@@ -64,6 +65,7 @@ struct BackgroundReader::Shared {
         if (abandoned) return false;
         items.push_back(std::move(item));
         changed.notify_all();
+        if (wake) wake();
         return true;
     }
 };
@@ -84,6 +86,11 @@ BackgroundReader::~BackgroundReader() {
     const std::lock_guard lock(m_shared->mutex);
     m_shared->abandoned = true;
     m_shared->changed.notify_all();
+}
+
+void BackgroundReader::SetWake(std::function<void()> wake) {
+    const std::lock_guard lock(m_shared->mutex);
+    m_shared->wake = std::move(wake);
 }
 
 std::optional<EventItem> BackgroundReader::Next(std::chrono::milliseconds longest) {

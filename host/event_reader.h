@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <istream>
 #include <memory>
 #include <optional>
@@ -30,6 +31,9 @@ class EventSource {
     // The next item; after kEnd only kEnd. Nothing when none came within the time; sources that read directly
     // wait as long as it takes.
     virtual std::optional<EventItem> Next(std::chrono::milliseconds longest) = 0;
+    // Called whenever an item may have come that Next has not waited for; from any thread, and not after this was
+    // called again. Sources that never let Next come back without an item need not.
+    virtual void SetWake(std::function<void()>) {}
 };
 
 class EventReader : public EventSource {
@@ -59,6 +63,7 @@ class BackgroundReader : public EventSource {
 
     BackgroundReader(std::istream& input, std::string name);
     ~BackgroundReader() override;
+    void SetWake(std::function<void()> wake) override;
     std::optional<EventItem> Next(std::chrono::milliseconds longest) override;
 
   private:

@@ -2,8 +2,6 @@
 #include "host/run_pace.h"
 
 #include <algorithm>
-#include <chrono>
-#include <thread>
 
 namespace brindle::host {
 
@@ -14,14 +12,18 @@ std::uint64_t RealPace::Elapsed() {
 }
 
 void RealPace::WaitUntil(std::uint64_t elapsed) {
-    constexpr std::uint64_t kLongestSleep =
-        3'600'000;  // an hour; keeps the sum within the range of durations
-    for (std::uint64_t now = Elapsed(); now < elapsed; now = Elapsed())
-        std::this_thread::sleep_for(std::chrono::milliseconds(std::min(elapsed - now, kLongestSleep)));
+    constexpr std::uint64_t kLongest = 3'600'000;  // an hour; the run comes again
+    const std::uint64_t now = Elapsed();
+    m_loop.RunOnce(static_cast<std::uint32_t>(elapsed > now ? std::min(elapsed - now, kLongest) : 0));
 }
 
 FastPace::FastPace(std::int64_t startUnixSeconds)
     : m_clock(startUnixSeconds), m_previous(SetClock(&m_clock)) {}
+
+void FastPace::WaitUntil(std::uint64_t elapsed) {
+    m_clock.MoveTo(elapsed);
+    RunLoop::RunDue();
+}
 
 FastPace::~FastPace() {
     SetClock(m_previous);

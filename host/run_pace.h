@@ -2,6 +2,7 @@
 #pragma once
 
 #include <brindle/platform/clock.h>
+#include <brindle/util/run_loop.h>
 
 #include <cstdint>
 
@@ -13,10 +14,13 @@ class RunPace {
   public:
     // Milliseconds since the start of the run.
     virtual std::uint64_t Elapsed() = 0;
-    // Comes back when that time is reached; in real time it may be late.
+    // Waits for that time and delivers the ticks of this thread's timers that are due. In real time it may be late,
+    // and it comes back early when there were ticks, or when it was woken.
     virtual void WaitUntil(std::uint64_t elapsed) = 0;
     // Whether time passes as it does outside: only then can others be asked and waited for.
     virtual bool IsReal() const noexcept = 0;
+    // Ends a wait in real time. Thread: any.
+    virtual void Wake() noexcept {}
 
   protected:
     ~RunPace() = default;  // never destroyed through this interface
@@ -29,9 +33,11 @@ class RealPace final : public RunPace {
     std::uint64_t Elapsed() override;
     void WaitUntil(std::uint64_t elapsed) override;
     bool IsReal() const noexcept override { return true; }
+    void Wake() noexcept override { m_loop.Wake(); }
 
   private:
     std::uint64_t m_start;
+    RunLoop m_loop;
 };
 
 // A virtual clock, installed for the life of this object.
@@ -42,7 +48,7 @@ class FastPace final : public RunPace {
     FastPace& operator=(const FastPace&) = delete;
     ~FastPace();
     std::uint64_t Elapsed() override { return m_clock.Elapsed(); }
-    void WaitUntil(std::uint64_t elapsed) override { m_clock.MoveTo(elapsed); }
+    void WaitUntil(std::uint64_t elapsed) override;
     bool IsReal() const noexcept override { return false; }
 
   private:

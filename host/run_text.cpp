@@ -90,6 +90,7 @@ std::string RunText::What(const RunRecord& record) const {
     if (kind == "end")
         return m_paint(TextStyle::kEvent, "end") + "  " + Text(record, "why") + ", " +
                Text(record, "events") + " events";
+    if (kind == "reload") return Reload(record);
     if (kind == "skipped")
         return m_paint(TextStyle::kQuiet, "     -> " + PaddedTo("skipped", kKindWidth) +
                                               Harmless(Text(record, "action")) + ": " + Text(record, "why"));
@@ -109,6 +110,13 @@ std::string RunText::Event(const RunRecord& record) const {
     for (const char* key : {"header", "cause", "text", "user", "key", "keyValue"})
         if (record.contains(key)) line += "  " + Harmless(Text(record, key));
     if (record.contains("sent")) line += m_paint(TextStyle::kQuiet, "  (sent by an action)");
+    return line;
+}
+
+std::string RunText::Reload(const RunRecord& record) const {
+    std::string line = m_paint(TextStyle::kEvent, "reload") + "  " + Harmless(Text(record, "file"));
+    for (const char* key : {"kept", "added", "set", "removed"})
+        if (record.contains(key)) line += ", " + Text(record, key) + " " + key;
     return line;
 }
 

@@ -27,6 +27,7 @@ class RunText {
   private:
     std::string What(const RunRecord& record) const;
     std::string Event(const RunRecord& record) const;
+    std::string Reload(const RunRecord& record) const;
     std::string Verdict(const RunRecord& record) const;
     std::string Outcome(const RunRecord& record) const;
     std::string Snmp(const RunRecord& record) const;

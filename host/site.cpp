@@ -38,21 +38,10 @@ bool OpenXml(const std::string& path, const char* root, XMLReader& reader, Probl
     return false;
 }
 
-bool LoadVariables(const std::string& path, VariableManager& scope, Problems& problems) {
+bool LoadVariables(const std::string& path, Site& site, VariableManager& scope, Problems& problems) {
     if (path.empty()) return true;
-    XMLReader reader;
-    if (!OpenXml(path, "Variables", reader, problems)) return false;
-    reader.EnterSection("Variables", true);
-    while (reader.EnterSection("variable", false)) {
-        CStringA name;
-        CStringA value;
-        reader.ReadAttribute("name", name);
-        reader.ReadAttribute("value", value);
-        scope.addVariable(Variable(name, value));
-        reader.CloseSection();
-    }
-    reader.CloseSection();
-    return true;
+    site.marks.try_emplace(path, MarksOfHostFile(path));
+    return ReadVariables(path, scope, problems);
 }
 
 bool LoadDevices(Site& site, Problems& problems) {
@@ -96,14 +85,13 @@ class Subscriber final : public TraveralFunct {
 };
 
 bool LoadObject(const ObjectPlan& plan, Site& site, Problems& problems) {
-    XMLReader reader;
     auto object = std::make_unique<SiteObject>(plan);
-    if (!OpenXml(plan.behaviours, "BehaviourList", reader, problems)) return false;
-    object->list.Load(reader);
+    site.marks.try_emplace(plan.behaviours, MarksOfHostFile(plan.behaviours));
+    if (!ReadBehaviours(plan.behaviours, object->list, problems)) return false;
     object->list.Traverse(Subscriber(site.devices, plan.address));
     AddObjectVariables(plan, object->scope);
     object->scope.setParent(&site.scope);
-    const bool loaded = LoadVariables(plan.variables, object->scope, problems);
+    const bool loaded = LoadVariables(plan.variables, site, object->scope, problems);
     site.objects.push_back(std::move(object));
     return loaded;
 }
@@ -114,6 +102,33 @@ SiteObject* Site::Find(const std::string& name) const noexcept {
     const auto found =
         std::find_if(objects.begin(), objects.end(), [&](const auto& o) { return o->plan.name == name; });
     return found == objects.end() ? nullptr : found->get();
+}
+
+bool ReadBehaviours(const std::string& path, CCommandBehaviourList& list, Problems& problems) {
+    XMLReader reader;
+    if (!OpenXml(path, "BehaviourList", reader, problems)) return false;
+    list.Load(reader);
+    return true;
+}
+
+bool ReadVariables(const std::string& path, VariableManager& scope, Problems& problems) {
+    XMLReader reader;
+    if (!OpenXml(path, "Variables", reader, problems)) return false;
+    reader.EnterSection("Variables", true);
+    while (reader.EnterSection("variable", false)) {
+        CStringA name;
+        CStringA value;
+        reader.ReadAttribute("name", name);
+        reader.ReadAttribute("value", value);
+        scope.addVariable(Variable(name, value));
+        reader.CloseSection();
+    }
+    reader.CloseSection();
+    return true;
+}
+
+void SubscribeDevices(CCommandBehaviour& behaviour, const CAddressOv& own, DeviceTable& devices) {
+    behaviour.Traverse(Subscriber(devices, own));
 }
 
 void AddObjectVariables(const ObjectPlan& plan, VariableManager& scope) {
@@ -133,7 +148,7 @@ std::vector<std::uint32_t> HashFieldAddresses(const CStringA& text) {
 bool LoadSite(const std::string& folder, Site& site, Problems& problems) {
     if (!ReadSitePlan(folder, site.plan, problems)) return false;
     MapDrives(site.plan);
-    bool loaded = LoadVariables(site.plan.variables, site.scope, problems);
+    bool loaded = LoadVariables(site.plan.variables, site, site.scope, problems);
     loaded = LoadDevices(site, problems) && loaded;
     for (const ObjectPlan& plan : site.plan.objects) loaded = LoadObject(plan, site, problems) && loaded;
     return loaded && problems.empty();

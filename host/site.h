@@ -2,8 +2,10 @@
 #pragma once
 
 #include <brindle/behaviour/behaviour_list.h>
+#include <brindle/library/host_path_access.h>
 #include <brindle/variables/variable_manager.h>
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -30,6 +32,7 @@ struct Site {
     std::vector<PollPlan> polls;  // of the devices; not changed by a run
     VariableManager scope;
     std::vector<std::unique_ptr<SiteObject>> objects;  // in the order of site.ini
+    std::map<std::string, HostFileMarks> marks;        // of the files, as they were before they were loaded
 
     SiteObject* Find(const std::string& name) const noexcept;
 };
@@ -38,6 +41,13 @@ struct Site {
 // that nobody registered and attributes that cannot be read are passed over, as the library does; a check
 // reports them. RegisterHostTypes comes first.
 bool LoadSite(const std::string& folder, Site& site, Problems& problems);
+
+// The parts of it. Each returns false with a problem when the file cannot be read or is no such document.
+bool ReadBehaviours(const std::string& path, CCommandBehaviourList& list, Problems& problems);
+bool ReadVariables(const std::string& path, VariableManager& scope, Problems& problems);
+// Subscribes to the devices that the texts of the behaviour's actions and the rules of its triggers ask for. `own`:
+// the address of its object.
+void SubscribeDevices(CCommandBehaviour& behaviour, const CAddressOv& own, DeviceTable& devices);
 
 // Fills a scope with the variables an object's texts may always use: "object", "caption" and "address".
 void AddObjectVariables(const ObjectPlan& plan, VariableManager& scope);

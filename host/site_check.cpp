@@ -72,6 +72,20 @@ class SiteChecker {
         if (Count(m_plan.recording)) CheckRecording(m_plan.recording, &m_plan, m_report.problems);
     }
 
+    // The same as far as one file's problems depend on it.
+    void Run(const std::string& only) {
+        CheckIniFiles();
+        if (Count(m_plan.variables)) CheckVariables(m_plan.variables, m_scope, m_report.problems);
+        const auto concerns = [&](const ObjectPlan& object) {
+            return object.behaviours == only || object.variables == only;
+        };
+        if (std::any_of(m_plan.objects.begin(), m_plan.objects.end(), concerns))
+            for (const ObjectPlan& object : m_plan.objects) AddVariablesSet(object.behaviours, m_scope);
+        for (const ObjectPlan& object : m_plan.objects)
+            if (concerns(object)) CheckObject(object);
+        if (m_plan.skin == only && Count(only)) CheckSkin(only, m_report.problems);
+    }
+
   private:
     bool Count(const std::string& path) {
         if (path.empty()) return false;
@@ -179,6 +193,13 @@ void CheckFile(const std::string& path, PathKind kind, const LooseFiles& loose, 
 }
 
 }  // namespace
+
+void CheckFileOfSite(const SitePlan& plan, const std::string& path, Problems& problems) {
+    CheckReport report;
+    SiteChecker(plan, report).Run(path);
+    for (Problem& problem : report.problems)
+        if (problem.file == path) problems.push_back(std::move(problem));
+}
 
 CheckReport CheckPaths(const std::vector<std::string>& paths) {
     CheckReport report;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/problem.h"
+#include "host/site_plan.h"
 
 namespace brindle::host {
 
@@ -14,6 +15,10 @@ struct CheckReport {
     Problems unopened;  // paths that cannot be read at all
     std::size_t files = 0;
 };
+
+// Appends what is wrong in one file of the site (its variables, behaviours, macros or skin): all that a check of the
+// site would report of that file.
+void CheckFileOfSite(const SitePlan& plan, const std::string& path, Problems& problems);
 
 // A path is the folder of a site, an XML file (its root says what it is), or a recording (".jsonl").
 // Behaviour lists that are given alone see the variables of the variables files given with them.

@@ -55,6 +55,26 @@ class Registered {
     CStringA m_actions;
 };
 
+// What comes from other threads, events and answers of SNMP agents, ends the waits of the run.
+class WokenBy {
+  public:
+    WokenBy(EventSource& source, SnmpRequests* requests, RunPace& pace)
+        : m_source(source), m_requests(requests) {
+        Set([&pace] { pace.Wake(); });
+    }
+    WokenBy(const WokenBy&) = delete;
+    WokenBy& operator=(const WokenBy&) = delete;
+    ~WokenBy() { Set({}); }
+
+  private:
+    void Set(const std::function<void()>& wake) {
+        m_source.SetWake(wake);
+        if (m_requests) m_requests->SetWake(wake);
+    }
+    EventSource& m_source;
+    SnmpRequests* m_requests;
+};
+
 }  // namespace
 
 SiteRunner::SiteRunner(Site& site, EventSource& source, RunSink& sink, RunPace& pace,
@@ -82,6 +102,8 @@ SiteRunner::~SiteRunner() {
 
 void SiteRunner::Run() {
     const Registered registered(m_data, m_observer, m_context, m_state.site.plan);
+    const WokenBy woken(m_source, m_snmp ? &*m_snmp : nullptr, m_state.pace);
+    if (m_options.reload) m_reloader.emplace(m_state);
     Start();
     while (!m_over) {
         DeliverQueue();
@@ -114,7 +136,7 @@ bool SiteRunner::TakeAnswers() {
 // Takes the next event of the source unless one is waiting for its time.
 void SiteRunner::Fetch() {
     while (!m_next && !m_sourceEnded) {
-        const std::optional<EventItem> item = m_source.Next(LongestWait());
+        const std::optional<EventItem> item = m_source.Next({});
         if (!item) return;
         Accept(*item);
     }
@@ -133,19 +155,20 @@ void SiteRunner::Accept(const EventItem& item) {
     }
 }
 
-// Waits for the next moment at which something happens, and lets it happen.
+// Lets the next thing happen, or waits for its moment.
 void SiteRunner::Step() {
     constexpr std::uint64_t kNever = std::numeric_limits<std::uint64_t>::max();
-    const bool waitsForInput = !m_next && !m_sourceEnded;
     const std::uint64_t timer = NextTimer().value_or(kNever);
     const std::uint64_t event = m_next ? m_nextAt : kNever;
     const std::uint64_t poll = NextPoll();
-    const std::uint64_t wake = std::min({timer, event, poll});
-    if (!m_options.limit && !m_next && m_sourceEnded) return EndWhenAnswered("the events have ended");
+    const std::uint64_t look = m_reloader ? m_reloader->NextLook().value_or(kNever) : kNever;
     const std::uint64_t limit = m_options.limit.value_or(kNever);
-    if (waitsForInput && m_state.pace.Elapsed() < std::min(wake, limit)) return;  // Fetch waits
-    if (wake > limit) return WaitUntil(limit) ? End("the time is over") : void();
-    if (!WaitUntil(wake)) return;
+    if (!m_options.limit && !m_next && m_sourceEnded) return EndWhenAnswered("the events have ended");
+    const std::uint64_t next = std::min({timer, event, poll});
+    const std::uint64_t now = m_state.pace.Elapsed();
+    if (now < std::min({next, look, limit})) return Wait(std::min({next, look, limit}));
+    if (look <= now) return m_reloader->Look();
+    if (next > limit) return End("the time is over");
     if (timer <= std::min(event, poll)) return CallTimer();
     if (poll <= event) return m_polls->SendDue();
     const EventLine line = std::move(*m_next);
@@ -153,8 +176,21 @@ void SiteRunner::Step() {
     Play(line);
 }
 
+// The engine's turn comes as a tick of its timer.
+void SiteRunner::Wait(std::uint64_t until) {
+    if (const auto timer = NextTimer()) m_engineTimer.Arm(*timer - std::min(*timer, m_state.pace.Elapsed()));
+    m_state.pace.WaitUntil(until);
+    m_engineTimer.Disarm();
+}
+
+void SiteRunner::EngineTimer::Arm(std::uint64_t milliseconds) {
+    constexpr std::uint64_t kLongest = std::numeric_limits<std::uint32_t>::max();
+    CreateTimer(kId, static_cast<unsigned int>(std::min(milliseconds, kLongest)));
+}
+
 void SiteRunner::CallTimer() {
     m_lastPass = m_state.pace.Elapsed();
+    m_lastPassSystem = SystemMilliseconds();
     CCommandBehaviourList::CallOnTimer();
     m_state.current = nullptr;
 }
@@ -240,34 +276,14 @@ void SiteRunner::DeliverQueue() {
 std::optional<std::uint64_t> SiteRunner::NextTimer() const {
     const std::uint64_t due = CCommandBehaviourList::GetNextDue();
     if (due == std::numeric_limits<std::uint64_t>::max()) return {};
-    const std::uint64_t at = m_state.ElapsedAt(due);
-    return m_lastPass && at <= *m_lastPass ? *m_lastPass + kTick : at;
-}
-
-std::chrono::milliseconds SiteRunner::LongestWait() const {
-    constexpr std::uint64_t kLongest = 1'000;
-    const std::uint64_t now = m_state.pace.Elapsed();
-    // Answers of agents do not wake a source that waits for input.
-    const std::uint64_t longest = m_snmp && m_snmp->IsBusy() ? kAnswerTick : kLongest;
-    std::uint64_t until = std::min({NextTimer().value_or(now + longest), NextPoll(), now + longest});
-    if (m_options.limit) until = std::min(until, *m_options.limit);
-    return std::chrono::milliseconds(until > now ? until - now : 0);
+    // What the last pass left due already has no period.
+    if (m_lastPass && due <= m_lastPassSystem) return *m_lastPass + kTick;
+    return m_state.ElapsedAt(due);
 }
 
 std::uint64_t SiteRunner::NextPoll() const {
     constexpr std::uint64_t kNever = std::numeric_limits<std::uint64_t>::max();
     return m_polls ? m_polls->NextDue().value_or(kNever) : kNever;
-}
-
-bool SiteRunner::WaitUntil(std::uint64_t elapsed) {
-    constexpr std::uint64_t kLongest = 60'000;
-    while (m_snmp && m_snmp->IsBusy()) {
-        const std::uint64_t now = m_state.pace.Elapsed();
-        if (now >= elapsed) return true;
-        if (m_snmp->WaitForAnswer(std::chrono::milliseconds(std::min(elapsed - now, kLongest)))) return false;
-    }
-    m_state.pace.WaitUntil(elapsed);
-    return true;
 }
 
 void SiteRunner::EndWhenAnswered(const char* why) {

@@ -6,6 +6,8 @@
 // repeats and schedules, polls, the event of the recording. Agents are asked in real time only.
 #pragma once
 
+#include <brindle/util/timer.h>
+
 #include <cstdint>
 #include <optional>
 
@@ -14,6 +16,7 @@
 #include "host/run_data.h"
 #include "host/run_observer.h"
 #include "host/run_state.h"
+#include "host/site_reloader.h"
 #include "host/snmp_requests.h"
 #include "host/station_polls.h"
 
@@ -23,6 +26,7 @@ struct RunOptions {
     std::optional<std::uint64_t> limit;  // milliseconds; the run ends then, and not before
     bool dryRun = false;
     bool trace = false;
+    bool reload = false;  // files that change take over; in real time only
 };
 
 class SiteRunner {
@@ -31,9 +35,6 @@ class SiteRunner {
     static constexpr int kMostSentEvents = 1'000;
     // Repeats without a period run this often, in milliseconds.
     static constexpr std::uint64_t kTick = 100;
-    // How often a run that waits for input looks for answers of SNMP agents while there are any to come,
-    // likewise.
-    static constexpr std::uint64_t kAnswerTick = 20;
 
     // Everything is borrowed and must outlive the runner.
     SiteRunner(Site& site, EventSource& source, RunSink& sink, RunPace& pace, const RunOptions& options);
@@ -50,6 +51,7 @@ class SiteRunner {
     void Fetch();
     void Accept(const EventItem& item);
     void Step();
+    void Wait(std::uint64_t until);
     void CallTimer();
     void Play(const EventLine& line);
     void AskUnlock(const EventLine& line);
@@ -58,13 +60,23 @@ class SiteRunner {
     bool IsConcerned(const SiteObject& object, const CStateEvent& event, DeviceTable::Change change) const;
     void DeliverQueue();
     std::optional<std::uint64_t> NextTimer() const;
-    std::chrono::milliseconds LongestWait() const;
-    // Waits until that time. False when an SNMP answer came before.
-    bool WaitUntil(std::uint64_t elapsed);
     std::uint64_t NextPoll() const;
     // Ends the run, once the requests of actions are answered.
     void EndWhenAnswered(const char* why);
     void End(const char* why);
+
+    // Wakes the run when the engine has something to do.
+    class EngineTimer final : public CTimer {
+      public:
+        explicit EngineTimer(SiteRunner& runner) : m_runner(runner) {}
+        void Arm(std::uint64_t milliseconds);
+        void Disarm() { KillTimer(kId); }
+
+      private:
+        static constexpr unsigned int kId = 1;
+        void OnTimer(std::uint64_t) override { m_runner.CallTimer(); }
+        SiteRunner& m_runner;
+    };
 
     RunState m_state;
     std::optional<SnmpRequests> m_snmp;
@@ -78,8 +90,12 @@ class SiteRunner {
     std::uint64_t m_nextAt = 0;
     bool m_sourceEnded = false;
     bool m_over = false;
-    std::optional<std::uint64_t> m_lastPass;  // when the timer was called last
+    std::optional<std::uint64_t>
+        m_lastPass;                      // when the timer was called last, in milliseconds of the run ...
+    std::uint64_t m_lastPassSystem = 0;  // ... and since 1601-01-01 UTC
     std::uint64_t m_played = 0;
+    EngineTimer m_engineTimer{*this};
+    std::optional<SiteReloader> m_reloader;
 };
 
 }  // namespace brindle::host

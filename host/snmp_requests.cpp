@@ -17,11 +17,13 @@ struct SnmpRequests::Inbox {
     std::mutex mutex;
     std::condition_variable changed;
     std::vector<Item> items;
+    std::function<void()> wake;
 
     void Put(std::uint64_t number, SnmpAnswer answer) {
         const std::lock_guard lock(mutex);
         items.push_back({number, std::move(answer)});
         changed.notify_one();
+        if (wake) wake();
     }
 };
 
@@ -68,6 +70,11 @@ void SnmpRequests::Start(std::uint64_t number, SnmpRequest request) {
 bool SnmpRequests::WaitForAnswer(std::chrono::milliseconds longest) {
     std::unique_lock lock(m_inbox->mutex);
     return m_inbox->changed.wait_for(lock, longest, [this] { return !m_inbox->items.empty(); });
+}
+
+void SnmpRequests::SetWake(std::function<void()> wake) {
+    const std::lock_guard lock(m_inbox->mutex);
+    m_inbox->wake = std::move(wake);
 }
 
 bool SnmpRequests::TakeAnswers() {

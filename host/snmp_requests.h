@@ -48,6 +48,8 @@ class SnmpRequests {
     bool IsBusy() const noexcept { return !m_pending.empty(); }
     // Waits until an answer is there; false when none came within the time.
     bool WaitForAnswer(std::chrono::milliseconds longest);
+    // Called whenever an answer has come; from any thread, and not after this was called again.
+    void SetWake(std::function<void()> wake);
     // Hands out the answers that are there, and sends what waits. False when there was none.
     bool TakeAnswers();
 

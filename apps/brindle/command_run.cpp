@@ -75,6 +75,7 @@ void Play(const PlayOptions& options, host::Site& site, host::EventSource& sourc
     host::RunOptions how;
     how.dryRun = options.dryRun;
     how.trace = options.trace;
+    how.reload = !options.fast;
     if (options.seconds) how.limit = static_cast<std::uint64_t>(*options.seconds) * 1000;
     std::optional<host::FastPace> fast;
     std::optional<host::RealPace> real;

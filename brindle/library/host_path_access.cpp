@@ -13,6 +13,12 @@ Result WriteHostFile(std::string_view hostPath, std::string_view bytes) {
     return CurrentFiles().WriteWhole(hostPath, bytes);
 }
 
+HostFileMarks MarksOfHostFile(std::string_view hostPath) {
+    FileStamp stamp;
+    if (!CurrentFiles().Stamp(hostPath, stamp)) return {};
+    return {true, stamp.marks};
+}
+
 std::string SystemPathOf(std::string_view hostPath) {
     return CurrentFiles().SystemPath(hostPath, false);
 }

@@ -146,10 +146,12 @@ TEST_F(SnmpRun, AChangedValueIsAMeterEvent) {
 
 TEST_F(SnmpRun, ADeviceThatDoesNotAnswerIsSaidOnceAndMayHaveAState) {
     const ScriptedAgent silent;
-    m_site.Write("devices.ini", "[0001:01:01]\nName=Camera\nState=1\nAgent=" + silent.Address() +
-                                    "\nPoll=100\nPoll.Power=1.5.0\nTimeout=20\nRetries=0\nNoAnswer=4\n");
+    m_site.Write("devices.ini",
+                 "[0001:01:01]\nName=Camera\nState=1\nAgent=" + silent.Address() +
+                     "\nPoll=100\nPoll.Power=1.5.0\nPoll.Fan=1.6.0\nTimeout=20\nRetries=0\nNoAnswer=4\n");
     m_site.WriteBehaviour("a", "<StateTrigger States='4'/>", "<WriteLogAction Text='%i %t'/>");
-    Steps steps({{Shown("log", "text", "4"), [] {}}, {[&] { return silent.Requests().size() >= 4; }, [] {}}});
+    Steps steps(
+        {{Shown("log", "text", "4"), [] {}}, {[&] { return silent.Requests().size() >= 12; }, [] {}}});
     RunLive(m_site, steps, m_played);
     EXPECT_EQ(m_played.lines.All("log", "text"), "4 Power: no answer within 20 ms");
     EXPECT_EQ(m_played.lines.All("snmp", "why"), "Power: no answer within 20 ms") << "not again and again";

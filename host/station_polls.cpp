@@ -2,6 +2,7 @@
 #include "host/station_polls.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "host/address_pattern.h"
 #include "host/event_line.h"
@@ -57,7 +58,7 @@ void StationPolls::SendDue() {
 
 void StationPolls::Ask(Poll& poll) {
     poll.values.clear();
-    poll.why.clear();
+    poll.failures.clear();
     poll.pending = poll.plan.fields.size();
     for (const PollField& field : poll.plan.fields) {
         SnmpRequest request;
@@ -74,12 +75,21 @@ void StationPolls::Ask(Poll& poll) {
 void StationPolls::Take(Poll& poll, const PollField& field, const SnmpAnswer& answer) {
     if (answer.why.empty())
         poll.values[field.name] = answer.variable.value.str();
-    else if (poll.why.empty())
-        poll.why = field.name + ": " + answer.why;
+    else
+        poll.failures[field.name] = answer.why;
     if (--poll.pending == 0) Complete(poll);
 }
 
+// Answers come in any order; what is said of them does not depend on it.
+std::string StationPolls::FirstFailure(const Poll& poll) {
+    for (const PollField& field : poll.plan.fields)
+        if (const auto failure = poll.failures.find(field.name); failure != poll.failures.end())
+            return field.name + ": " + failure->second;
+    return {};
+}
+
 void StationPolls::Complete(Poll& poll) {
+    const std::string before = std::exchange(poll.why, FirstFailure(poll));
     RunRecord changes = RunRecord::object();
     bool textsChanged = false;
     for (const auto& [name, value] : poll.values) {
@@ -88,8 +98,7 @@ void StationPolls::Complete(Poll& poll) {
         changes[TextToUtf8(name)] = TextToUtf8(value);
         textsChanged = textsChanged || IsOneOf(name, {"Header", "Cause", "Text", "User"});
     }
-    if (!changes.empty() || poll.why != poll.lastWhy || m_state.trace) WriteRecord(poll, changes);
-    poll.lastWhy = poll.why;
+    if (!changes.empty() || poll.why != before || m_state.trace) WriteRecord(poll, changes);
     TellState(poll, textsChanged);
     TellMeter(poll);
     if (!poll.values.empty()) m_deliver(MakeEvent(LineOf(EventKind::kPoll, poll.plan), {}));

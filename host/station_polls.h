@@ -35,14 +35,15 @@ class StationPolls {
         PollPlan plan;
         std::uint64_t due = 0;
         std::size_t pending = 0;
-        std::map<std::string, std::string> values;  // of the poll in progress, by field
-        std::string why;                            // why its first failure failed
-        std::string lastWhy;
-        std::optional<int> state;  // as told last
+        std::map<std::string, std::string> values;    // of the poll in progress, by field
+        std::map<std::string, std::string> failures;  // likewise, why there is none
+        std::string why;                              // of the first of them in the order of the plan
+        std::optional<int> state;                     // as told last
         std::optional<double> meter;
     };
     void Ask(Poll& poll);
     void Take(Poll& poll, const PollField& field, const SnmpAnswer& answer);
+    static std::string FirstFailure(const Poll& poll);
     void Complete(Poll& poll);
     void TellState(Poll& poll, bool textsChanged);
     void TellMeter(Poll& poll);

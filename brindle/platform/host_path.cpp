@@ -1,5 +1,5 @@
 // Turns host paths into system paths: separators, drives, ".." and letter case. Entry point:
-// HostPaths::Resolve. Tested in host_path_test.cpp.
+// HostPaths::Find. Tested in host_path_test.cpp.
 #include "brindle/platform/host_path.h"
 
 #include <algorithm>
@@ -120,32 +120,45 @@ HostPaths::Start HostPaths::Split(FolderView& view, std::string_view path) const
     return start;
 }
 
-std::string HostPaths::Resolve(FolderView& view, std::string_view hostPath, bool forCreation) const {
+HostPaths::Found HostPaths::Find(FolderView& view, std::string_view hostPath, bool forCreation) const {
     if (hostPath.empty() || hostPath.find('\0') != std::string_view::npos) return {};
-    std::string system = ToSystemText(hostPath);
-    if (system.starts_with('/') && view.HasEntry(system)) return system;
+    const std::string typed = ToSystemText(hostPath);
+    const bool absolute = typed.starts_with('/');
+    if (absolute && view.HasEntry(typed)) return {typed, true};
+    std::string system = typed;
     for (char& c : system)
         if (c == '\\') c = '/';
 
     const Start start = Split(view, system);
-    const std::string spelled = Joined(start.root, start.components);
-    if (view.HasEntry(spelled)) return spelled;
+    std::string spelled = Joined(start.root, start.components);
+    if ((!absolute || spelled != typed) && view.HasEntry(spelled)) return {std::move(spelled), true};
+    if (start.components.empty()) return {std::move(spelled), false};
+    return Walk(view, start, forCreation);
+}
 
+// Looks for the components of a path that does not exist as spelled, from the last folder that does.
+HostPaths::Found HostPaths::Walk(FolderView& view, const Start& start, bool forCreation) {
+    const std::vector<std::string>& components = start.components;
+    const auto at = [&](std::size_t i) { return components.begin() + static_cast<std::ptrdiff_t>(i); };
+    std::size_t known = components.size() - 1;
     std::string folder = start.root;
-    for (std::size_t i = 0; i < start.components.size(); ++i) {
-        const std::string& component = start.components[i];
-        const bool last = i + 1 == start.components.size();
-        std::string next = WithComponent(folder, component);
-        if (component != ".." && !view.HasEntry(next) && !(last && forCreation)) {
-            const std::string found = FindEntry(view, folder, component);
-            if (found.empty())
-                return Joined(folder, {start.components.begin() + static_cast<std::ptrdiff_t>(i),
-                                       start.components.end()});
+    for (; known > 0; --known) {
+        std::string deepest = Joined(start.root, {components.begin(), at(known)});
+        if (!view.HasEntry(deepest)) continue;
+        folder = std::move(deepest);
+        break;
+    }
+    for (std::size_t i = known; i < components.size(); ++i) {
+        std::string next = WithComponent(folder, components[i]);
+        if (components[i] != ".." && (i == known || !view.HasEntry(next))) {
+            if (forCreation && i + 1 == components.size()) return {std::move(next), false};
+            const std::string found = FindEntry(view, folder, components[i]);
+            if (found.empty()) return {Joined(folder, {at(i), components.end()}), false};
             next = WithComponent(folder, found);
         }
         folder = std::move(next);
     }
-    return folder;
+    return {std::move(folder), true};
 }
 
 }  // namespace brindle

@@ -34,7 +34,15 @@ class HostPaths {
     // The system path a host path stands for; of a path that does not exist, its best spelling.
     // `forCreation`: the last component is taken as spelled when nothing is named exactly so. Empty for an
     // empty path and for one with a zero byte. Any thread.
-    std::string Resolve(FolderView& view, std::string_view hostPath, bool forCreation) const;
+    std::string Resolve(FolderView& view, std::string_view hostPath, bool forCreation) const {
+        return Find(view, hostPath, forCreation).path;
+    }
+
+    struct Found {
+        std::string path;     // as Resolve gives it
+        bool exists = false;  // there is such an entry
+    };
+    Found Find(FolderView& view, std::string_view hostPath, bool forCreation) const;
 
   private:
     // Where a path starts, and what follows below that place.
@@ -44,6 +52,7 @@ class HostPaths {
         std::vector<std::string> components;
     };
     Start Split(FolderView& view, std::string_view path) const;
+    static Found Walk(FolderView& view, const Start& start, bool forCreation);
     void StartBelowDriveOfCurrentFolder(FolderView& view, Start& start) const;
     std::string DriveFolder(char letter) const;
 

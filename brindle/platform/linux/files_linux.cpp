@@ -207,9 +207,8 @@ std::string BehindLink(const std::string& path) {
 class LinuxFiles final : public Files {
   public:
     bool Exists(std::string_view hostPath) override {
-        const std::string path = SystemPath(hostPath, false);
         LinuxFolderView view;
-        return !path.empty() && view.HasEntry(path);
+        return m_paths.Find(view, hostPath, false).exists;
     }
 
     Result ReadWhole(std::string_view hostPath, std::uint64_t limit, std::string& bytes) override {
@@ -263,9 +262,8 @@ class LinuxFiles final : public Files {
     }
 
     bool Stamp(std::string_view hostPath, FileStamp& stamp) override {
-        const std::string path = SystemPath(hostPath, false);
         struct stat status {};
-        if (path.empty() || stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
+        if (!Status(hostPath, status) || !S_ISREG(status.st_mode)) return false;
         const auto number = [](auto value) { return static_cast<std::uint64_t>(value); };
         const auto moment = [&](const timespec& at) {
             return number(at.tv_sec) * 1'000'000'000 + number(at.tv_nsec);
@@ -275,15 +273,14 @@ class LinuxFiles final : public Files {
         // The coarsest file systems count in steps of two seconds. Every change, whatever time it claims for
         // itself, sets the time of change of the status.
         timespec now{};
-        clock_gettime(CLOCK_REALTIME, &now);
+        clock_gettime(CLOCK_REALTIME_COARSE, &now);
         stamp.settled = now.tv_sec - status.st_ctim.tv_sec > 3;
         return true;
     }
 
     bool IsFolder(std::string_view hostPath) override {
-        const std::string path = SystemPath(hostPath, false);
         struct stat status {};
-        return !path.empty() && stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+        return Status(hostPath, status) && S_ISDIR(status.st_mode);
     }
 
     std::string CurrentDirectory() override {
@@ -346,8 +343,17 @@ class LinuxFiles final : public Files {
     // The file as reading finds it, else as it would be made.
     std::string ExistingOrNew(std::string_view hostPath) {
         LinuxFolderView view;
-        std::string found = SystemPath(hostPath, false);
-        return !found.empty() && view.HasEntry(found) ? found : SystemPath(hostPath, true);
+        HostPaths::Found found = m_paths.Find(view, hostPath, false);
+        return found.exists ? std::move(found.path) : SystemPath(hostPath, true);
+    }
+
+    // An absolute path that exists as it is spelled costs one look.
+    bool Status(std::string_view hostPath, struct stat& status) {
+        const bool plain = hostPath.starts_with('/') && hostPath.find('\0') == hostPath.npos;
+        if (plain && stat(ToSystemText(hostPath).c_str(), &status) == 0) return true;
+        LinuxFolderView view;
+        const HostPaths::Found found = m_paths.Find(view, hostPath, false);
+        return found.exists && stat(found.path.c_str(), &status) == 0;
     }
 
     static Result RefuseUnlessRegular(std::string_view hostPath, const struct stat& status) {

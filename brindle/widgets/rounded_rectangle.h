@@ -1,0 +1,30 @@
+// The shapes and colours that the drawing recipes share.
+#pragma once
+
+#include <cstdint>
+
+#include "brindle/framework/rect.h"
+#include "brindle/platform/shapes.h"
+
+namespace brindle {
+
+// Towards zero; what does not fit becomes the nearest number that does, and no number 0.
+std::int32_t Truncated(double value) noexcept;
+
+// A colour value (0x00BBGGRR) with the low 8 bits of alpha.
+Argb ArgbOf(unsigned long colour, int alpha = 255) noexcept;
+constexpr Argb WhiteWithAlpha(unsigned alpha) noexcept {
+    return (alpha << 24) | 0xFFFFFFu;
+}
+
+// Where the outline of a widget or frame runs: half a unit inside its bounds.
+RectF FrameRectangle(const CRect& bounds) noexcept;
+
+// A rectangle with elliptical corners, from the left end of the upper left one clockwise. Half of each corner size is
+// the radius, at most half of the width or height. Kept: the rectangle is cut to whole coordinates first, so the half
+// units of FrameRectangle are lost where they are positive.
+ShapePath RoundedRectangle(const RectF& rectangle, int cornerX, int cornerY);
+// The same with one radius, which only the height limits.
+ShapePath RoundedRectangle(const RectF& rectangle, int radius);
+
+}  // namespace brindle

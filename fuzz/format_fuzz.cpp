@@ -32,6 +32,7 @@ class StillClock final : public brindle::Clock {
         out = brindle::BreakDownUtc(unixSeconds);
         return true;
     }
+    brindle::TimeZone StandardZone() override { return {}; }
 };
 
 class EchoData final : public IBrindleData {

@@ -9,6 +9,7 @@ struct SteppedClock final : brindle::Clock {
     std::uint64_t SystemTicks() override { return now * 10'000; }
     std::uint64_t MonotonicMilliseconds() override { return now; }
     bool ToLocalTime(std::int64_t, brindle::LocalTime&) override { return false; }
+    brindle::TimeZone StandardZone() override { return {}; }
 };
 
 struct AlarmTrigger final : CCommandTrigger {  // fires on state 3, ends on any other

@@ -8,8 +8,8 @@ import subprocess
 from .tree import Problem
 
 LIST = "tools/exports.txt"
-NEEDED = {"libxml2.so.2", "libstdc++.so.6", "libm.so.6", "libgcc_s.so.1", "libc.so.6", "ld-linux-x86-64.so.2",
-          "ld-linux-aarch64.so.1"}
+NEEDED = {"libxml2.so.2", "libnetsnmp.so.40", "libstdc++.so.6", "libm.so.6", "libgcc_s.so.1", "libc.so.6",
+          "ld-linux-x86-64.so.2", "ld-linux-aarch64.so.1"}
 DESKTOP = re.compile(r"lib(?:Qt\d|X11|xcb|wayland|GL|EGL|gtk|gdk)", re.IGNORECASE)
 # Templates of the standard library that happen to be made here belong to it, not to the interface.
 TABLE_OF = re.compile(r"^(?:typeinfo (?:for|name for) |vtable for |guard variable for )")
@@ -100,7 +100,7 @@ def check_startup(tree, build):
 
 
 def check_desktop(tree, build):
-    """The library needs the C++ run-time and libxml2; nothing it loads is a desktop's."""
+    """The library needs the C++ run-time, libxml2 and net-snmp; nothing it loads is a desktop's."""
     problems = []
     for name in re.findall(r"\(NEEDED\).*\[(.*)\]", output("readelf", "-dW", library(build))):
         if name not in NEEDED:

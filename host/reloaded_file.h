@@ -1,5 +1,5 @@
 // ReloadedFile: a file of a running site that is read again when it has changed. One kind for each sort of file;
-// another kind (a skin a view draws with, say) derives from this and is handed to SiteReloader::Add.
+// another kind derives from this and is handed to SiteReloader::Add.
 #pragma once
 
 #include <brindle/library/host_path_access.h>

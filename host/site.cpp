@@ -14,6 +14,7 @@
 #include "host/configured_item.h"
 #include "host/host_files.h"
 #include "host/rule_trigger.h"
+#include "host/skin_file.h"
 
 namespace brindle::host {
 
@@ -150,6 +151,8 @@ bool LoadSite(const std::string& folder, Site& site, Problems& problems) {
     MapDrives(site.plan);
     bool loaded = LoadVariables(site.plan.variables, site, site.scope, problems);
     loaded = LoadDevices(site, problems) && loaded;
+    site.marks.try_emplace(site.plan.skin, MarksOfHostFile(site.plan.skin));
+    site.skin = LoadSiteSkin(site.plan.skin, site.warnings);
     for (const ObjectPlan& plan : site.plan.objects) loaded = LoadObject(plan, site, problems) && loaded;
     return loaded && problems.empty();
 }

@@ -3,6 +3,7 @@
 
 #include <brindle/behaviour/behaviour_list.h>
 #include <brindle/library/host_path_access.h>
+#include <brindle/skin/ov_skin.h>
 #include <brindle/variables/variable_manager.h>
 
 #include <map>
@@ -31,6 +32,8 @@ struct Site {
     DeviceTable devices;
     std::vector<PollPlan> polls;  // of the devices; not changed by a run
     VariableManager scope;
+    OVSkin skin;        // the built-in one where the site has none that can be loaded
+    Problems warnings;  // what the site does without
     std::vector<std::unique_ptr<SiteObject>> objects;  // in the order of site.ini
     std::map<std::string, HostFileMarks> marks;        // of the files, as they were before they were loaded
 
@@ -39,7 +42,8 @@ struct Site {
 
 // Loads the site of a folder. False when a part is missing or cannot be read; problems then say what. Types
 // that nobody registered and attributes that cannot be read are passed over, as the library does; a check
-// reports them. RegisterHostTypes comes first.
+// reports them. A skin that cannot be loaded is only a warning: the built-in one stands in. RegisterHostTypes comes
+// first.
 bool LoadSite(const std::string& folder, Site& site, Problems& problems);
 
 // The parts of it. Each returns false with a problem when the file cannot be read or is no such document.

@@ -282,11 +282,10 @@ TEST_F(SiteReload, VariablesOfAnObject) {
     EXPECT_EQ(Object().scope.parent(), &m_site.scope);
 }
 
-TEST_F(SiteReload, MacrosAndSkinsAreChecked) {
-    m_written.Write("site.ini", "[Site]\nName=Test\nMacros=macros.ini\nSkin=skin.xml\n[Object a]\n");
+TEST_F(SiteReload, MacrosAreChecked) {
+    m_written.Write("site.ini", "[Site]\nName=Test\nMacros=macros.ini\n[Object a]\n");
     m_written.Write("behaviours/a.xml", List(""));
     m_written.Write("macros.ini", "[SearchPath]\nA=b\n");
-    m_written.Write("skin.xml", "<skin><default/></skin>");
     Start();
     m_written.Write("macros.ini", "[SearchPath]\nA=c and more\n");
     EXPECT_EQ(Look(), "site");
@@ -295,10 +294,33 @@ TEST_F(SiteReload, MacrosAndSkinsAreChecked) {
     EXPECT_EQ(Look(), "");
     ASSERT_EQ(m_lines.warnings.size(), 1u);
     EXPECT_NE(m_lines.warnings[0].find("macros.ini:3"), std::string::npos) << m_lines.warnings[0];
-    m_written.Write("skin.xml", "<skin");
+}
+
+TEST_F(SiteReload, SkinsTakeOverAndABrokenOneDoesNot) {
+    const auto thickness = [this] {
+        int value = -1;
+        m_site.skin.GetExactProp("pressed", "mark", "thickness", value);
+        return value;
+    };
+    m_written.Write("site.ini", "[Site]\nName=Test\nSkin=skin.xml\n[Object a]\n");
+    m_written.Write("behaviours/a.xml", List(""));
+    m_written.Write("skin.xml", "<skin><pressed><mark thickness='5' colour='#000000'/></pressed></skin>");
+    Start();
+    EXPECT_EQ(thickness(), 5);
     EXPECT_EQ(Look(), "");
-    ASSERT_EQ(m_lines.warnings.size(), 1u);
-    EXPECT_NE(m_lines.warnings[0].find("skin.xml"), std::string::npos);
+    m_written.Write("skin.xml", "<skin><pressed><mark thickness='7'/></pressed></skin>");
+    EXPECT_EQ(Look(), "site set 1 removed 1");
+    EXPECT_EQ(thickness(), 7);
+    m_written.Write("skin.xml", "<skin><pressed><mark  thickness='7'/></pressed></skin>");
+    EXPECT_EQ(Look(), "") << "nothing changed in it";
+    for (const char* broken :
+         {"<skin", "<other/>", "<skin><pressed><mark thickness='wide'/></pressed></skin>"}) {
+        m_written.Write("skin.xml", broken);
+        EXPECT_EQ(Look(), "") << broken;
+        ASSERT_EQ(m_lines.warnings.size(), 1u) << broken;
+        EXPECT_NE(m_lines.warnings[0].find("skin.xml:1"), std::string::npos) << m_lines.warnings[0];
+        EXPECT_EQ(thickness(), 7) << broken;
+    }
 }
 
 TEST_F(SiteReload, AChangeWhileTheSiteWasBeingLoadedCounts) {

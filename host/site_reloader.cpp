@@ -5,6 +5,7 @@
 
 #include "host/behaviours_file.h"
 #include "host/site_check.h"
+#include "host/skin_file.h"
 #include "host/variables_file.h"
 
 namespace brindle::host {
@@ -13,7 +14,8 @@ SiteReloader::SiteReloader(RunState& state) : m_state(state) {
     AddVariables();
     AddBehaviours();
     AddChecked(state.site.plan.macros);
-    AddChecked(state.site.plan.skin);
+    const std::string& skin = state.site.plan.skin;
+    if (!skin.empty()) Add(std::make_unique<SkinFile>(skin, KnownMarks(skin)));
     Mark();  // a file may have changed since it was loaded
 }
 

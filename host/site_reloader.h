@@ -1,6 +1,6 @@
-// SiteReloader: lets the files of a running site take over when they are edited: behaviours, variables, and those
-// that only need a check because they are read at use (macros) or by another program (the skin). site.ini and
-// devices.ini are read at the start only.
+// SiteReloader: lets the files of a running site take over when they are edited: behaviours, variables, the skin, and
+// those that only need a check because they are read at use (macros). site.ini and devices.ini are read at the start
+// only.
 //
 // A quarter of a second after the last change every file whose marks differ is checked and read into fresh objects,
 // and read again later if it changed meanwhile. A file takes over only if the check finds nothing; otherwise its first

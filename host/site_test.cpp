@@ -116,6 +116,38 @@ TEST(LoadSite, RefusesWhatCannotBeRead) {
     }
 }
 
+TEST(LoadSite, AlwaysHasASkin) {
+    const struct {
+        const char* label;
+        const char* text;  // null: no file
+        int thickness;
+        const char* warning;
+    } rows[] = {
+        {"its own", "<skin><pressed><mark thickness='9'/></pressed></skin>", 9, ""},
+        {"no file", nullptr, 2, "the built-in skin stands in"},
+        {"broken", "<skin><pressed>", 2, "the built-in skin stands in"},
+        {"no skin", "<other/>", 2, "the document is no \"skin\""},
+    };
+    RegisterHostTypes();
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.label);
+        WrittenSite written;
+        written.Write("site.ini", "[Site]\nSkin=skin.xml\n[Object a]\n");
+        written.Write("behaviours/a.xml", "<BehaviourList/>");
+        if (row.text) written.Write("skin.xml", row.text);
+        Site site;
+        Problems problems;
+        EXPECT_TRUE(LoadSite(written.Folder(), site, problems));
+        int thickness = 0;
+        EXPECT_TRUE(site.skin.GetExactProp("pressed", "mark", "thickness", thickness));
+        EXPECT_EQ(thickness, row.thickness);
+        ASSERT_EQ(site.warnings.size(), *row.warning ? 1u : 0u);
+        if (*row.warning) {
+            EXPECT_NE(site.warnings[0].text.find(row.warning), std::string::npos) << site.warnings[0].text;
+        }
+    }
+}
+
 TEST(LoadSite, SubscribesToTheDevicesOfTexts) {
     RegisterHostTypes();
     const WrittenSite written;

@@ -27,7 +27,9 @@ struct PlayOptions {
 void LoadOrFail(const std::string& folder, host::Site& site) {
     host::RegisterHostTypes();
     host::Problems problems;
-    if (host::LoadSite(folder, site, problems)) return;
+    const bool loaded = host::LoadSite(folder, site, problems);
+    for (const host::Problem& warning : site.warnings) Complain(warning.Place(), warning.text);
+    if (loaded) return;
     for (std::size_t i = 1; i < problems.size(); ++i) Complain(problems[i].Place(), problems[i].text);
     throw Failure(kWrongUsage, problems.at(0).Place(), problems.at(0).text);
 }

@@ -72,7 +72,9 @@ int RunShow(const SkinOptions& options) {
     const std::vector<const SkinValue*> defaults = byMode["default"];
     const bool showInherited = modes.size() * defaults.size() <= kMostInherited;
     Columns columns;
-    columns.Add({"MODE", "ELEMENT", "ATTRIBUTE", "FROM", "VALUE"});
+    const auto heading = [](const char* text) { return Paint(Stream::kOutput, Colour::kBold, text); };
+    columns.Add(
+        {heading("MODE"), heading("ELEMENT"), heading("ATTRIBUTE"), heading("FROM"), heading("VALUE")});
     for (const std::string& mode : modes) {
         for (const SkinValue* value : byMode[mode]) AddRow(columns, mode, *value, false);
         if (mode == "default" || !showInherited) continue;

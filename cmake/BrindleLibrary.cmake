@@ -45,3 +45,16 @@ cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY ${CMAKE_INSTALL_FUL
 configure_file(${PROJECT_SOURCE_DIR}/cmake/brindle.pc.in ${PROJECT_BINARY_DIR}/brindle.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/brindle.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
         COMPONENT development)
+
+# The desktop library, where it is built: found with the main one, or as pkg-config's brindle-qt.
+if(TARGET brindle_qt)
+  install(TARGETS brindle_qt EXPORT brindle-qt
+          LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development)
+  install(EXPORT brindle-qt NAMESPACE brindle:: DESTINATION ${package_folder} FILE brindle-qt-targets.cmake
+          COMPONENT development)
+  install(FILES ${PROJECT_SOURCE_DIR}/brindle/platform/qt/painter_context.h
+          DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/brindle/platform/qt COMPONENT development)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/brindle-qt.pc.in ${PROJECT_BINARY_DIR}/brindle-qt.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/brindle-qt.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+          COMPONENT development)
+endif()

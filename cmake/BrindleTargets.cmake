@@ -4,6 +4,12 @@ find_package(Threads REQUIRED)
 find_package(LibXml2 REQUIRED)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(NETSNMP REQUIRED netsnmp)
+if(BRINDLE_DESKTOP)
+  find_package(Qt6 6.4 QUIET COMPONENTS Gui)
+  if(NOT Qt6_FOUND)
+    message(STATUS "Qt 6 is not found: no desktop library")
+  endif()
+endif()
 
 # All of the library's objects, once: the shared library, the tests and the benchmarks are made from them.
 add_library(brindle_objects STATIC)

@@ -1,15 +1,22 @@
 #include "testing/vectors.h"
 
 #include <fstream>
+#include <iterator>
 
 namespace brindle::testing {
 
-std::optional<nlohmann::json> LoadVectors(const std::string& fileName) {
+std::optional<std::string> LoadVectorBytes(const std::string& fileName) {
     const std::string folder = BRINDLE_VECTORS;
     if (folder.empty()) return std::nullopt;
-    std::ifstream file(folder + "/" + fileName);
+    std::ifstream file(folder + "/" + fileName, std::ios::binary);
     if (!file) return std::nullopt;
-    return nlohmann::json::parse(file);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+std::optional<nlohmann::json> LoadVectors(const std::string& fileName) {
+    const auto bytes = LoadVectorBytes(fileName);
+    if (!bytes) return std::nullopt;
+    return nlohmann::json::parse(*bytes);
 }
 
 std::string BytesOf(const nlohmann::json& narrow) {

@@ -9,6 +9,8 @@ namespace brindle::testing {
 
 // The set of that file name, or nothing when the build was not given the folder: the test then skips.
 std::optional<nlohmann::json> LoadVectors(const std::string& fileName);
+// The bytes of a file of the recordings, or nothing as above.
+std::optional<std::string> LoadVectorBytes(const std::string& fileName);
 // One byte per character, as narrow strings stand in the recordings.
 std::string BytesOf(const nlohmann::json& narrow);
 

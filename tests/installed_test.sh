@@ -37,6 +37,29 @@ export PKG_CONFIG_PATH
 "$compiler" "$source/examples/hello/main.cpp" -o "$work/hello" $(pkg-config --cflags --libs brindle)
 LD_LIBRARY_PATH=$(pkg-config --variable=libdir brindle) expect_output "$work/hello"
 
+# The desktop library, where it is part of the build.
+if [[ -e $build/lib/libbrindle-qt.so ]]; then
+    [[ $(pkg-config --libs brindle-qt) == *-lbrindle-qt*-lbrindle* ]] || fail "brindle-qt.pc is wrong"
+    cat >"$work/desktop.cpp" <<'END'
+#include <brindle/platform/qt/painter_context.h>
+int main() { brindle::InstallQtServices(); }
+END
+    # shellcheck disable=SC2046
+    "$compiler" "$work/desktop.cpp" -o "$work/desktop" $(pkg-config --cflags --libs brindle-qt)
+    LD_LIBRARY_PATH=$(pkg-config --variable=libdir brindle) "$work/desktop" || fail "a desktop host does not start"
+    cat >"$work/CMakeLists.txt" <<'END'
+cmake_minimum_required(VERSION 3.25)
+project(desktop CXX)
+find_package(brindle REQUIRED)
+add_executable(desktop desktop.cpp)
+target_link_libraries(desktop brindle::qt)
+END
+    "$cmake" -S "$work" -B "$work/desktop_build" -G Ninja -DCMAKE_PREFIX_PATH="$root" \
+        -DCMAKE_CXX_COMPILER="$compiler" >>"$work.log"
+    "$cmake" --build "$work/desktop_build" >>"$work.log"
+    "$work/desktop_build/desktop" || fail "a desktop host found by find_package does not start"
+fi
+
 # The tool, where it is part of the build, runs from the moved tree without any path set.
 if [[ -x $build/bin/brindle ]]; then
     [[ $("$root/bin/brindle" address 12:7:4) == 0012:07:04 ]] || fail "the installed tool does not answer"

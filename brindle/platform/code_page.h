@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+#include "brindle/framework/export.h"
+
 namespace brindle {
 
 constexpr unsigned kCodePageWindows1252 = 1252;
@@ -33,7 +35,7 @@ CodePage& CurrentCodePage() noexcept;
 // Installs a service (not owned; null: the backend's again). Returns the one installed before, or null.
 CodePage* SetCodePage(CodePage* service) noexcept;
 
-std::string ToUtf8(std::string_view bytes);
+BRINDLE_API std::string ToUtf8(std::string_view bytes);
 std::string FromUtf8(std::string_view utf8);
 
 }  // namespace brindle

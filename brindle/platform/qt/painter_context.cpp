@@ -1,0 +1,50 @@
+// A device context on a painter, and the desktop's services in one call. Tests: painter_surface_test.cpp.
+#include "brindle/platform/qt/painter_context.h"
+
+#include <QtGui/QGuiApplication>
+#include <QtGui/QScreen>
+#include <algorithm>
+#include <cmath>
+
+#include "brindle/platform/qt/painter_surface.h"
+#include "brindle/platform/screen.h"
+
+namespace brindle {
+namespace {
+
+constexpr double kUsual = 96;
+
+// Asks at each call: screens come and go.
+class QtScreen final : public Screen {
+  public:
+    int DotsPerInchX() override {
+        const QScreen* screen = Primary();
+        return Whole(screen ? screen->logicalDotsPerInchX() : kUsual);
+    }
+    int DotsPerInchY() override {
+        const QScreen* screen = Primary();
+        return Whole(screen ? screen->logicalDotsPerInchY() : kUsual);
+    }
+
+  private:
+    static const QScreen* Primary() {
+        return qobject_cast<QGuiApplication*>(QCoreApplication::instance()) ? QGuiApplication::primaryScreen()
+                                                                            : nullptr;
+    }
+    static int Whole(double dots) { return std::max(1, static_cast<int>(std::lround(dots))); }
+};
+
+constinit QtScreen g_screen;
+
+}  // namespace
+
+PainterContext::PainterContext(QPainter& painter)
+    : m_surface(std::make_unique<PainterSurface>(painter)), m_dc(*m_surface) {}
+
+PainterContext::~PainterContext() = default;
+
+void InstallQtServices() noexcept {
+    SetScreen(&g_screen);
+}
+
+}  // namespace brindle

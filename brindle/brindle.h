@@ -94,6 +94,7 @@
 #include "brindle/variables/variable_manager.h"
 #include "brindle/widgets/ov_drawing.h"
 #include "brindle/widgets/ov_font.h"
+#include "brindle/widgets/rectangle.h"
 #include "brindle/widgets/text.h"
 #include "brindle/widgets/widget.h"
 #include "brindle/xml/xml_reader.h"

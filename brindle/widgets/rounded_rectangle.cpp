@@ -51,6 +51,12 @@ RectF FrameRectangle(const CRect& bounds) noexcept {
             static_cast<float>(bounds.Width()) - 1, static_cast<float>(bounds.Height()) - 1};
 }
 
+int CornerRadius(const CRect& bounds, int percent) noexcept {
+    const std::int32_t width = bounds.Width(), height = bounds.Height();
+    const std::int32_t radius = Truncated(std::min(width, height) * 0.5 * (percent / 100.0));
+    return radius < 0 || radius > height / 2 ? 0 : radius;
+}
+
 ShapePath RoundedRectangle(const RectF& rectangle, int cornerX, int cornerY) {
     const std::int32_t width = Truncated(std::abs(rectangle.width));
     const std::int32_t height = Truncated(rectangle.height);

@@ -20,6 +20,10 @@ constexpr Argb WhiteWithAlpha(unsigned alpha) noexcept {
 // Where the outline of a widget or frame runs: half a unit inside its bounds.
 RectF FrameRectangle(const CRect& bounds) noexcept;
 
+// The radius of corners that are `percent` of half the smaller side round; 0 when that is negative or more than half of
+// the height.
+int CornerRadius(const CRect& bounds, int percent) noexcept;
+
 // A rectangle with elliptical corners, from the left end of the upper left one clockwise. Half of each corner size is
 // the radius, at most half of the width or height. Kept: the rectangle is cut to whole coordinates first, so the half
 // units of FrameRectangle are lost where they are positive.

@@ -10,6 +10,7 @@
 #include "host/event_line.h"
 #include "host/register_types.h"
 #include "host/run_context.h"
+#include "host/run_data.h"
 #include "host/site_reloader.h"
 #include "host/virtual_clock.h"
 #include "host/written_site_test.h"
@@ -58,6 +59,7 @@ class SiteReload : public ::testing::Test {
         if (m_state) {
             for (const auto& object : m_site.objects) object->list.ResetRepeats();
             RegisterHostContext(nullptr);
+            RegisterIBrindleData(nullptr);
         }
     }
     void Start() {
@@ -67,6 +69,8 @@ class SiteReload : public ::testing::Test {
         m_state.emplace(m_site, m_lines, m_pace);
         m_context.emplace(*m_state);
         RegisterHostContext(&*m_context);
+        m_data.emplace(*m_state);
+        RegisterIBrindleData(&*m_data);
         m_reloader.emplace(*m_state);
     }
     // Looks as often as the reloader wants to; what it wrote as "OBJECT kept added removed" or "set removed".
@@ -107,6 +111,7 @@ class SiteReload : public ::testing::Test {
     StandingPace m_pace;
     std::optional<RunState> m_state;
     std::optional<RunContext> m_context;
+    std::optional<RunData> m_data;
     std::optional<SiteReloader> m_reloader;
 };
 
@@ -321,6 +326,18 @@ TEST_F(SiteReload, SkinsTakeOverAndABrokenOneDoesNot) {
         EXPECT_NE(m_lines.warnings[0].find("skin.xml:1"), std::string::npos) << m_lines.warnings[0];
         EXPECT_EQ(thickness(), 7) << broken;
     }
+}
+
+// The check runs the macros without starting anything, and the run must not hear of it.
+TEST_F(SiteReload, ACheckLeavesNoTraceInTheRun) {
+    m_written.Write("site.ini", "[Site]\nName=Test\nMacros=macros.ini\n[Object a]\n");
+    m_written.Write("behaviours/a.xml", List(""));
+    m_written.Write("macros.ini", "[CommandActions]\nBell=echo one\n");
+    Start();
+    m_written.Write("macros.ini", "[CommandActions]\nBell=echo one and two\n");
+    EXPECT_EQ(Look(), "site");
+    for (const RunRecord& record : m_lines.records) EXPECT_EQ(record["kind"], "reload") << record.dump();
+    EXPECT_EQ(RegisteredBrindleData(), &*m_data) << "and its slots are as they were";
 }
 
 TEST_F(SiteReload, AChangeWhileTheSiteWasBeingLoadedCounts) {

@@ -4,8 +4,10 @@
 
 #include <brindle/behaviour/action_files.h>
 #include <brindle/library/host_path_access.h>
+#include <brindle/macro/brindle_data.h>
 #include <brindle/macro/macro_command.h>
 #include <brindle/macro/macro_observer.h>
+#include <brindle/macro/start_filter.h>
 #include <brindle/macro/substitute_path.h>
 #include <brindle/platform/desktop.h>
 #include <brindle/platform/programs.h>
@@ -21,17 +23,21 @@ namespace brindle::host {
 
 namespace {
 
-// Collects what the expansion of a line tells, and keeps it from starting or showing anything.
+// Collects what the expansion of a line tells, and keeps it from starting, showing or logging anything: also while
+// a site runs, whose slots are put back in the end.
 class Onlooker final : public IMacroObserver, public Programs, public Desktop {
   public:
     explicit Onlooker(const CommandSurroundings& surroundings)
         : m_surroundings(surroundings),
           m_programs(CurrentPrograms()),
           m_observer(RegisterMacroObserver(this)),
+          m_filter(RegisterStartFilter(nullptr)),
+          m_data(RegisteredBrindleData()),
+          m_installedPrograms(SetPrograms(this)),
+          m_installedDesktop(SetDesktop(this)),
           m_searchPaths(GetSearchPathIniFile()),
           m_actions(GetCommandActionsIniFile()) {
-        SetPrograms(this);
-        SetDesktop(this);
+        RegisterIBrindleData(nullptr);
         const std::string macros = AbsoluteHostPath(surroundings.macros);
         SetSearchPathIniFile(macros.c_str());
         SetCommandActionsIniFile(macros.c_str());
@@ -40,8 +46,10 @@ class Onlooker final : public IMacroObserver, public Programs, public Desktop {
     Onlooker& operator=(const Onlooker&) = delete;
     ~Onlooker() {
         RegisterMacroObserver(m_observer);
-        SetPrograms(nullptr);
-        SetDesktop(nullptr);
+        RegisterStartFilter(m_filter);
+        RegisterIBrindleData(m_data);
+        SetPrograms(m_installedPrograms);
+        SetDesktop(m_installedDesktop);
         SetSearchPathIniFile(m_searchPaths);
         SetCommandActionsIniFile(m_actions);
     }
@@ -92,6 +100,10 @@ class Onlooker final : public IMacroObserver, public Programs, public Desktop {
     const CommandSurroundings& m_surroundings;
     Programs& m_programs;
     IMacroObserver* m_observer;
+    IStartFilter* m_filter;
+    IBrindleData* m_data;
+    Programs* m_installedPrograms;
+    Desktop* m_installedDesktop;
     CStringA m_searchPaths;
     CStringA m_actions;
     ProgramPlan m_plan;

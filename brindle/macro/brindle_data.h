@@ -34,6 +34,6 @@ class BRINDLE_API IBrindleData {
 BRINDLE_API void RegisterIBrindleData(IBrindleData* data) noexcept;
 
 namespace brindle {
-// The registered object, or null: the library's own access.
-IBrindleData* RegisteredBrindleData() noexcept;
+// The registered object, or null.
+BRINDLE_API IBrindleData* RegisteredBrindleData() noexcept;
 }  // namespace brindle

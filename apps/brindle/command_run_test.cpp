@@ -121,15 +121,18 @@ TEST(ToolRun, AMillionEventsNeedNoMoreMemoryThanAFew) {
     const WrittenSite site;
     WritePolls(site, "<PollTrigger Every='1000'/><StateTrigger States='3'/>");
     const auto peakAfter = [&](int events) {
-        std::string input;
-        for (int i = 0; i < events; ++i)
-            input += i % 2 ? "{\"kind\":\"poll\",\"note\":\"padding padding padding padding\"}\n"
-                           : "{\"kind\":\"state\",\"object\":\"a\",\"state\":1,\"text\":\"all is well\"}\n";
-        const ToolResult result = RunTool({{"run", site.Folder(), "--events", "-", "--fast"},
-                                           input,
-                                           {{"ASAN_OPTIONS", "quarantine_size_mb=1"}},
-                                           OutputTo::kPipe});
-        EXPECT_EQ(result.code, 0) << result.err;
+        // Through files: a started process begins with the size of the one that starts it.
+        {
+            std::ofstream file(site.Path("input.jsonl"));
+            for (int i = 0; i < events; ++i)
+                file
+                    << (i % 2
+                            ? "{\"kind\":\"poll\",\"note\":\"padding padding padding padding\"}\n"
+                            : "{\"kind\":\"state\",\"object\":\"a\",\"state\":1,\"text\":\"all is well\"}\n");
+        }
+        const ToolResult result =
+            RunShell("export ASAN_OPTIONS=quarantine_size_mb=1; brindle run '" + site.Folder() +
+                     "' --events - --fast < '" + site.Path("input.jsonl") + "' | tail -n 1");
         EXPECT_THAT(result.out, HasSubstr(std::to_string(events) + " events"));
         rusage usage{};
         getrusage(RUSAGE_CHILDREN, &usage);

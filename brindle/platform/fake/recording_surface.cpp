@@ -1,8 +1,10 @@
 // The recording surface: operations as text. Tests: drawing_surface_test.cpp, and every test of a widget.
 #include "brindle/platform/fake/recording_surface.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdlib>
+#include <limits>
 
 namespace brindle {
 namespace {
@@ -75,7 +77,8 @@ std::string Text(const LOGFONTA& font) {
 }
 
 std::int32_t Height(const LOGFONTA& font) {
-    return font.lfHeight ? std::abs(font.lfHeight) : 16;
+    if (font.lfHeight == 0) return 16;
+    return std::abs(std::max(font.lfHeight, -std::numeric_limits<std::int32_t>::max()));
 }
 
 }  // namespace

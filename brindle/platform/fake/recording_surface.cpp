@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdlib>
-#include <limits>
 
 namespace brindle {
 namespace {
@@ -77,8 +76,9 @@ std::string Text(const LOGFONTA& font) {
 }
 
 std::int32_t Height(const LOGFONTA& font) {
+    constexpr std::int64_t kLargest = 100'000;
     if (font.lfHeight == 0) return 16;
-    return std::abs(std::max(font.lfHeight, -std::numeric_limits<std::int32_t>::max()));
+    return static_cast<std::int32_t>(std::min(std::abs(std::int64_t{font.lfHeight}), kLargest));
 }
 
 }  // namespace

@@ -24,11 +24,14 @@ using brindle::testing::RecordingData;
 using brindle::testing::ScopedData;
 using ::testing::ElementsAre;
 
+std::string NewFolder() {
+    std::string pattern = fs::temp_directory_path() / "brindle_macro_XXXXXX";
+    return fs::canonical(mkdtemp(pattern.data()));
+}
+
 class MacroStart : public ::testing::Test {
   protected:
     MacroStart() : m_before(fs::current_path()) {
-        std::string pattern = fs::temp_directory_path() / "brindle_macro_XXXXXX";
-        m_folder = fs::canonical(mkdtemp(pattern.data()));
         fs::create_directories(m_folder + "/Schem/Tools");
         fs::create_directories(m_folder + "/Schem/maps");
         fs::copy_file(BRINDLE_PROGRAM, m_folder + "/Schem/Tools/x.exe");
@@ -52,7 +55,7 @@ class MacroStart : public ::testing::Test {
     }
 
     fs::path m_before;
-    std::string m_folder;
+    std::string m_folder = NewFolder();
     RecordingData m_data;
     ScopedData m_registered{&m_data};
     ProgramReport m_report{m_folder + "/report.json"};

@@ -30,11 +30,14 @@ using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using testing::ProgramReport;
 
+std::string NewFolder() {
+    std::string pattern = fs::temp_directory_path() / "brindle_start_XXXXXX";
+    return fs::canonical(mkdtemp(pattern.data()));
+}
+
 class PosixProgramsTest : public ::testing::Test {
   protected:
     PosixProgramsTest() : m_path(getenv("PATH")), m_before(fs::current_path()) {
-        std::string pattern = fs::temp_directory_path() / "brindle_start_XXXXXX";
-        m_folder = fs::canonical(mkdtemp(pattern.data()));
         fs::copy_file(BRINDLE_PROGRAM, In("tool.exe"));
         fs::create_directory(In("my dir"));
         fs::copy_file(BRINDLE_PROGRAM, In("my dir/a b.exe"));
@@ -82,7 +85,7 @@ class PosixProgramsTest : public ::testing::Test {
 
     std::string m_path;
     fs::path m_before;
-    std::string m_folder;
+    std::string m_folder = NewFolder();
     ProgramReport m_report{m_folder + "/report.json"};
 };
 

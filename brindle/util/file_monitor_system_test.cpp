@@ -92,23 +92,30 @@ TEST_F(FileMonitorSystem, WaysOfSaving) {
     }
 }
 
+// A machine that is busy may not manage two writes within 100 ms, so it gets several chances, each in directories of
+// its own. The rule itself is tested on a clock that stands still.
 TEST_F(FileMonitorSystem, TwoWritesAtOnceGiveOneCall) {
-    Counter counter;
-    FileMonitor monitor;
-    const fs::path path = MakeFile("a/x");
-    const fs::path marker = MakeFile("b/marker");
-    ASSERT_TRUE(monitor.StartMonitoringFile(path.string(), &counter));
-    ASSERT_TRUE(monitor.StartMonitoringFile(marker.string(), &counter));
-    const auto begin = std::chrono::steady_clock::now();
-    std::ofstream(path, std::ios::app) << "1";
-    ASSERT_TRUE(counter.WaitForFiles(1));
-    std::ofstream(path, std::ios::app) << "2";
-    const auto between = std::chrono::steady_clock::now() - begin;
-    std::ofstream(marker) << "x";
-    ASSERT_TRUE(counter.WaitForFiles(2));
-    if (between >= std::chrono::milliseconds(100))
-        GTEST_SKIP() << "this machine was too slow for two quick writes";
-    EXPECT_EQ(counter.Calls(path), 1);
+    constexpr int kAttempts = 50;
+    auto between = std::chrono::steady_clock::duration::max();
+    for (int attempt = 0; attempt < kAttempts && between >= std::chrono::milliseconds(100); ++attempt) {
+        Counter counter;
+        FileMonitor monitor;
+        const fs::path path = MakeFile("a" + std::to_string(attempt) + "/x");
+        const fs::path marker = MakeFile("b" + std::to_string(attempt) + "/marker");
+        ASSERT_TRUE(monitor.StartMonitoringFile(path.string(), &counter));
+        ASSERT_TRUE(monitor.StartMonitoringFile(marker.string(), &counter));
+        const auto begin = std::chrono::steady_clock::now();
+        std::ofstream(path, std::ios::app) << "1";
+        ASSERT_TRUE(counter.WaitForFiles(1));
+        std::ofstream(path, std::ios::app) << "2";
+        std::ofstream(marker) << "x";
+        ASSERT_TRUE(counter.WaitForFiles(2));  // so the second write has been handled, too
+        between = std::chrono::steady_clock::now() - begin;
+        if (between < std::chrono::milliseconds(100)) {
+            EXPECT_EQ(counter.Calls(path), 1);
+        }
+    }
+    EXPECT_LT(between, std::chrono::milliseconds(100)) << "no attempt was quick enough to tell";
 }
 
 TEST_F(FileMonitorSystem, AThousandFilesChangedAtOnce) {

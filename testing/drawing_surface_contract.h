@@ -90,6 +90,16 @@ TEST_P(DrawingSurfaceContract, UnusualFontsAreDrawn) {
     EXPECT_TRUE(surface().DrawRun({"a", {0, 0}, {0, 0, 50, 50}, font}));
 }
 
+TEST_P(DrawingSurfaceContract, PicturesMayLieOutside) {
+    Image image;
+    image.width = image.height = 1;
+    image.frames = 1;
+    image.pixels = {0xFF000000};
+    constexpr std::int32_t kFar = 1'000'000'000;
+    surface().DrawPicture({image, 0, {0, 0, 1, 1}, {kFar, kFar, kFar + 1, kFar + 1}});
+    surface().DrawPicture({image, 0, {0, 0, 1, 1}, {-kFar, -kFar, kFar, kFar}, true, true});
+}
+
 TEST_P(DrawingSurfaceContract, OperationsMayBeNested) {
     surface().Restore();  // nothing was saved: does nothing
     surface().Save();

@@ -12,6 +12,7 @@
 #include "brindle/framework/log_font.h"
 #include "brindle/framework/point.h"
 #include "brindle/framework/rect.h"
+#include "brindle/platform/image.h"
 #include "brindle/platform/shapes.h"
 
 namespace brindle {
@@ -24,6 +25,17 @@ struct TextRun {
     LOGFONTA font;
     std::uint32_t colour = 0;  // 0x00BBGGRR
     bool opaque = false;       // the line's own box is painted white first
+};
+
+// A part of a picture, as it is put on a surface. Both rectangles have left < right and top < bottom, and `source` lies
+// inside the picture.
+struct PicturePart {
+    const Image& image;
+    std::uint32_t frame = 0;
+    CRect source;             // in pixels of the picture
+    CRect target;             // the pixels it fills, scaled smoothly
+    bool mirrored = false;    // left and right exchanged
+    bool upsideDown = false;  // top and bottom exchanged
 };
 
 class DrawingSurface {
@@ -53,6 +65,9 @@ class DrawingSurface {
     virtual bool TextExtent(const LOGFONTA& font, std::string_view text, CSize& extent) = 0;
     // False, nothing drawn, when the surface cannot draw text.
     virtual bool DrawRun(const TextRun& run) = 0;
+
+    // Outside BeginShapes and EndShapes, as text.
+    virtual void DrawPicture(const PicturePart& part) = 0;
 
   protected:
     ~DrawingSurface() = default;  // never destroyed through this interface

@@ -34,6 +34,20 @@ TEST(RecordingSurface, TellsWhatBreaksTheRules) {
         {"end without beginning", [](DrawingSurface& s) { s.EndShapes(); },
          "error: end of shapes that have not begun\nend\n"},
         {"shapes outside", [](DrawingSurface& s) { s.UnclipShapes(); }, "error: outside shapes: unclip\n"},
+        {"a picture",
+         [](DrawingSurface& s) {
+             Image image;
+             image.width = 3;
+             image.height = 2;
+             image.frames = 4;
+             s.DrawPicture({image, 1, {0, 0, 3, 2}, {5, 6, 7, 8}});
+             s.DrawPicture({image, 0, {0, 1, 2, 2}, {5, 6, 7, 8}, true, true});
+             s.BeginShapes();
+             s.DrawPicture({image, 0, {0, 0, 3, 2}, {5, 6, 7, 8}});
+         },
+         "picture 3x2 frame 1 of 4 part 0 0 3 2 into 5 6 7 8\n"
+         "picture 3x2 frame 0 of 4 part 0 1 2 2 into 5 6 7 8 mirrored upside down\n"
+         "shapes\nerror: inside shapes: picture 3x2 frame 0 of 4 part 0 0 3 2 into 5 6 7 8\n"},
         {"text inside shapes",
          [](DrawingSurface& s) {
              s.BeginShapes();

@@ -9,6 +9,8 @@
 
 #include <cstdint>
 
+#include "brindle/framework/export.h"
+
 namespace brindle {
 
 class UiTimerTarget {
@@ -35,8 +37,8 @@ class UiTimer {
 // What the linked backend provides.
 UiTimer& BackendUiTimer() noexcept;
 
-UiTimer& CurrentUiTimer() noexcept;
+BRINDLE_API UiTimer& CurrentUiTimer() noexcept;
 // Installs a service (not owned; null: the backend's again). Returns the one installed before, or null.
-UiTimer* SetUiTimer(UiTimer* service) noexcept;
+BRINDLE_API UiTimer* SetUiTimer(UiTimer* service) noexcept;
 
 }  // namespace brindle

@@ -162,4 +162,11 @@ bool RecordingSurface::DrawRun(const TextRun& run) {
     return true;
 }
 
+void RecordingSurface::DrawPicture(const PicturePart& part) {
+    Line("picture " + std::to_string(part.image.width) + "x" + std::to_string(part.image.height) + " frame " +
+         std::to_string(part.frame) + " of " + std::to_string(part.image.frames) + " part " +
+         brindle::Text(part.source) + " into " + brindle::Text(part.target) +
+         (part.mirrored ? " mirrored" : "") + (part.upsideDown ? " upside down" : ""));
+}
+
 }  // namespace brindle

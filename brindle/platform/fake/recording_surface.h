@@ -26,6 +26,7 @@ class RecordingSurface final : public DrawingSurface {
     void DrawPath(const ShapePath& path, const Pen& pen) override;
     bool TextExtent(const LOGFONTA& font, std::string_view text, CSize& extent) override;
     bool DrawRun(const TextRun& run) override;
+    void DrawPicture(const PicturePart& part) override;
 
     // Every operation so far.
     const std::string& Text() const noexcept { return m_text; }

@@ -3,6 +3,7 @@
 
 #include <QtGui/QFont>
 #include <QtGui/QFontMetrics>
+#include <QtGui/QImage>
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
 #include <string>
@@ -128,6 +129,20 @@ bool PainterSurface::DrawRun(const TextRun& run) {
     m_painter.drawText(0, metrics.ascent(), text);
     m_painter.restore();
     return true;
+}
+
+void PainterSurface::DrawPicture(const PicturePart& part) {
+    const Image& image = part.image;
+    const QImage frame(reinterpret_cast<const uchar*>(image.Frame(part.frame)), image.width, image.height,
+                       QImage::Format_ARGB32_Premultiplied);
+    m_painter.save();
+    m_painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    if (part.mirrored || part.upsideDown)
+        m_painter.drawImage(QtRect(part.target),
+                            frame.copy(QtRect(part.source)).mirrored(part.mirrored, part.upsideDown));
+    else
+        m_painter.drawImage(QtRect(part.target), frame, QtRect(part.source));
+    m_painter.restore();
 }
 
 }  // namespace brindle

@@ -32,6 +32,7 @@ class PainterSurface final : public DrawingSurface {
     void DrawPath(const ShapePath& path, const Pen& pen) override;
     bool TextExtent(const LOGFONTA& font, std::string_view text, CSize& extent) override;
     bool DrawRun(const TextRun& run) override;
+    void DrawPicture(const PicturePart& part) override;
 
   private:
     QPainter& m_painter;

@@ -58,6 +58,7 @@
 #include "brindle/framework/ui/font_disp.h"
 #include "brindle/framework/ui/picture.h"
 #include "brindle/framework/ui/wnd.h"
+#include "brindle/framework/version.h"
 #include "brindle/framework/window_handle.h"
 #include "brindle/library/console.h"
 #include "brindle/library/host_path_access.h"

@@ -19,7 +19,7 @@ class CheckTest(unittest.TestCase):
         self.addCleanup(shutil.rmtree, self.root)
         shutil.copy(ROOT / ".clang-format", self.root)
         self.write("cmake/layers.txt", "brindle/one ->\nbrindle/two -> brindle/one\nbrindle/platform/linux ->\n"
-                                       "brindle/platform ->\nhost -> public\n<json/> -> host\n")
+                                       "brindle/platform ->\nhost -> public\napps -> public desktop\n<json/> -> host\n")
         self.write("cmake/public-headers.txt", "# public\nbrindle/one/one.h\n")
         self.write("brindle/one/one.h", GOOD_HEADER)
         self.write("brindle/one/one.cpp", GOOD_SOURCE)
@@ -86,8 +86,10 @@ class CheckTest(unittest.TestCase):
             ("a backend", "brindle/platform/linux/x.cpp", "#include <unistd.h>"),
             ("a permitted library", "host/x.cpp", "#include <json/json.h>"),
             ("a public header", "host/x.cpp", "#include <brindle/one/one.h>"),
+            ("a desktop header", "apps/x.cpp", "#include <brindle/two/two.h>"),
             ("a test", "brindle/one/x_test.cpp", '#include "brindle/two/two.h"'),
         ]
+        self.write("cmake/desktop-headers.txt", "brindle/two/two.h\n")
         for label, path, include in rows:
             with self.subTest(label):
                 self.write(path, f"// Seed.\n{include}\n")

@@ -1,12 +1,15 @@
-// The module object. The version comes from the build, so that it is written in one place only.
+// The module object. The version is that of framework/version.h.
 // Tests: library_test.cpp.
 #include "brindle/library/module.h"
+
+#include "brindle/framework/version.h"
 
 namespace brindle {
 
 const Module& Module::Instance() noexcept {
-    static constexpr Module module{
-        "brindle", BRINDLE_VERSION, {BRINDLE_VERSION_MAJOR, BRINDLE_VERSION_MINOR, BRINDLE_VERSION_PATCH}};
+    static constexpr Module module{"brindle",
+                                   BRINDLE_VERSION_TEXT,
+                                   {BRINDLE_VERSION_MAJOR, BRINDLE_VERSION_MINOR, BRINDLE_VERSION_PATCH}};
     return module;
 }
 

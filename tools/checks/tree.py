@@ -63,7 +63,15 @@ class Tree:
 
     @functools.cached_property
     def public_headers(self):
-        lines = (self.root / "cmake/public-headers.txt").read_text().splitlines()
+        return self._names("cmake/public-headers.txt")
+
+    @functools.cached_property
+    def desktop_headers(self):
+        """Those installed with the desktop library."""
+        return self._names("cmake/desktop-headers.txt")
+
+    def _names(self, path):
+        lines = (self.root / path).read_text().splitlines() if (self.root / path).exists() else []
         return {line.strip() for line in lines if line.strip() and not line.startswith("#")}
 
 

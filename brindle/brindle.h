@@ -95,6 +95,7 @@
 #include "brindle/variables/hook/variable_manager_format_command_line_hook.h"
 #include "brindle/variables/variable.h"
 #include "brindle/variables/variable_manager.h"
+#include "brindle/widgets/button.h"
 #include "brindle/widgets/ov_drawing.h"
 #include "brindle/widgets/ov_font.h"
 #include "brindle/widgets/rectangle.h"

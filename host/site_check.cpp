@@ -12,6 +12,7 @@
 #include "host/event_reader.h"
 #include "host/host_files.h"
 #include "host/ini_text.h"
+#include "host/map_check.h"
 #include "host/site.h"
 #include "host/skin_document.h"
 #include "host/words.h"
@@ -20,7 +21,7 @@ namespace brindle::host {
 
 namespace {
 
-enum class PathKind { kSite, kBehaviours, kVariables, kSkin, kRecording, kOther };
+enum class PathKind { kSite, kBehaviours, kVariables, kSkin, kMap, kRecording, kOther };
 
 // What an XML file is, by its root; a file that cannot be parsed counts as behaviours, which reports why.
 PathKind KindOfXml(const std::string& path) {
@@ -29,6 +30,7 @@ PathKind KindOfXml(const std::string& path) {
     if (!reader.Load(path.c_str(), unused) || reader.EnterSection("BehaviourList", true))
         return PathKind::kBehaviours;
     if (reader.EnterSection("Variables", true)) return PathKind::kVariables;
+    if (reader.EnterSection("map", true)) return PathKind::kMap;
     return reader.EnterSection("skin", true) ? PathKind::kSkin : PathKind::kOther;
 }
 
@@ -69,6 +71,7 @@ class SiteChecker {
         for (const ObjectPlan& object : m_plan.objects) AddVariablesSet(object.behaviours, m_scope);
         for (const ObjectPlan& object : m_plan.objects) CheckObject(object);
         if (Count(m_plan.skin)) CheckSkin(m_plan.skin, m_report.problems);
+        if (Count(m_plan.map)) CheckMapOfSite();
         if (Count(m_plan.recording)) CheckRecording(m_plan.recording, &m_plan, m_report.problems);
     }
 
@@ -79,11 +82,13 @@ class SiteChecker {
         const auto concerns = [&](const ObjectPlan& object) {
             return object.behaviours == only || object.variables == only;
         };
-        if (std::any_of(m_plan.objects.begin(), m_plan.objects.end(), concerns))
+        const bool map = !only.empty() && m_plan.map == only;
+        if (map || std::any_of(m_plan.objects.begin(), m_plan.objects.end(), concerns))
             for (const ObjectPlan& object : m_plan.objects) AddVariablesSet(object.behaviours, m_scope);
         for (const ObjectPlan& object : m_plan.objects)
             if (concerns(object)) CheckObject(object);
         if (m_plan.skin == only && Count(only)) CheckSkin(only, m_report.problems);
+        if (map && Count(only)) CheckMapOfSite();
     }
 
   private:
@@ -144,6 +149,15 @@ class SiteChecker {
         CheckBehaviours(object.behaviours, surroundings, m_report.problems);
     }
 
+    void CheckMapOfSite() {
+        MapSurroundings surroundings;
+        surroundings.plan = &m_plan;
+        surroundings.texts.scope = &m_scope;
+        surroundings.texts.scopes = "site";
+        surroundings.texts.devices = &m_devices;
+        CheckMap(m_plan.map, surroundings, m_report.problems);
+    }
+
     const SitePlan& m_plan;
     CheckReport& m_report;
     const CommandSurroundings m_commands{m_plan.folder, m_plan.macros, m_plan.startPrograms};
@@ -178,8 +192,10 @@ void CheckFile(const std::string& path, PathKind kind, const LooseFiles& loose, 
         return CheckVariables(path, unused, report.problems);
     }
     if (kind == PathKind::kSkin) return CheckSkin(path, report.problems);
+    if (kind == PathKind::kMap) return CheckMap(path, {}, report.problems);
     if (kind == PathKind::kOther) {
-        report.problems.push_back({path, 1, 1, "is neither a behaviour list nor variables nor a skin"});
+        report.problems.push_back(
+            {path, 1, 1, "is neither a behaviour list nor variables nor a skin nor a map"});
         return;
     }
     VariableManager own;

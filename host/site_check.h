@@ -16,8 +16,8 @@ struct CheckReport {
     std::size_t files = 0;
 };
 
-// Appends what is wrong in one file of the site (its variables, behaviours, macros or skin): all that a check of the
-// site would report of that file.
+// Appends what is wrong in one file of the site (its variables, behaviours, macros, skin or map): all that a check of
+// the site would report of that file.
 void CheckFileOfSite(const SitePlan& plan, const std::string& path, Problems& problems);
 
 // A path is the folder of a site, an XML file (its root says what it is), or a recording (".jsonl").

@@ -101,5 +101,6 @@
 #include "brindle/widgets/rectangle.h"
 #include "brindle/widgets/text.h"
 #include "brindle/widgets/widget.h"
+#include "brindle/widgets/widget_list.h"
 #include "brindle/xml/xml_reader.h"
 #include "brindle/xml/xml_writer.h"

@@ -63,6 +63,73 @@ TEST(Rect, Operations) {
     }
 }
 
+TEST(Rect, HoldsLeftAndTopButNotRightAndBottom) {
+    struct Row {
+        const char* label;
+        CRect rect;
+        CPoint point;
+        bool expected;
+    };
+    const CRect rect{10, 20, 30, 40};
+    const std::vector<Row> rows = {
+        {"left and top", rect, {10, 20}, true},
+        {"last", rect, {29, 39}, true},
+        {"left of it", rect, {9, 20}, false},
+        {"above it", rect, {10, 19}, false},
+        {"right", rect, {30, 20}, false},
+        {"bottom", rect, {10, 40}, false},
+        {"empty", {5, 5, 5, 5}, {5, 5}, false},
+        {"reversed", {30, 40, 10, 20}, {20, 30}, false},
+        {"all there is", {kMin, kMin, kMax, kMax}, {kMin, kMax - 1}, true},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.label);
+        EXPECT_EQ(row.rect.PtInRect(row.point), row.expected);
+    }
+}
+
+TEST(Rect, IntersectionsAndUnionsLeaveOutWhatIsEmpty) {
+    struct Row {
+        const char* label;
+        CRect a, b, both, either;
+    };
+    const CRect rect{10, 20, 30, 40}, none;
+    const std::vector<Row> rows = {
+        {"the same", rect, rect, rect, rect},
+        {"crossing", rect, {20, 0, 50, 30}, {20, 20, 30, 30}, {10, 0, 50, 40}},
+        {"inside", rect, {15, 25, 20, 30}, {15, 25, 20, 30}, rect},
+        {"apart", rect, {50, 60, 70, 80}, none, {10, 20, 70, 80}},
+        {"side by side", rect, {30, 20, 50, 40}, none, {10, 20, 50, 40}},
+        {"one below the other", rect, {10, 40, 30, 60}, none, {10, 20, 30, 60}},
+        {"the second has no width", rect, {15, 0, 15, 90}, none, rect},
+        {"the first has no height", {0, 25, 90, 25}, rect, none, rect},
+        {"reversed", rect, {90, 90, 0, 0}, none, rect},
+        {"both are empty", {5, 5, 5, 50}, {9, 9, 0, 0}, none, none},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.label);
+        CRect both{1, 2, 3, 4}, either{1, 2, 3, 4};
+        EXPECT_EQ(both.IntersectRect(row.a, row.b), row.both != none);
+        EXPECT_EQ(both, row.both);
+        EXPECT_EQ(either.UnionRect(row.a, row.b), row.either != none);
+        EXPECT_EQ(either, row.either);
+        CRect self = row.a, other = row.b;
+        self.IntersectRect(self, row.b);
+        other.UnionRect(row.a, other);
+        EXPECT_EQ(self, row.both) << "into one of its own operands";
+        EXPECT_EQ(other, row.either);
+    }
+}
+
+TEST(Point, MovesAndWraps) {
+    CPoint point{1, 2};
+    point.Offset(10, -20);
+    EXPECT_EQ(point, (CPoint{11, -18}));
+    point = {kMax, kMin};
+    point.Offset(1, -1);
+    EXPECT_EQ(point, (CPoint{kMin, kMax}));
+}
+
 TEST(LogFont, HasThePlatformsSixtyBytes) {
     EXPECT_EQ(sizeof(LOGFONTA), 60u);
 }

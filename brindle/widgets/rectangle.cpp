@@ -33,10 +33,8 @@ Rectangle::~Rectangle() = default;
 void Rectangle::Draw(CDC* dc, double scale) {
     if (!dc) return;
     // Kept: unlike a frame or a button it is neither moved by half a unit nor one unit smaller than its bounds.
-    const brindle::RectF whole{static_cast<float>(m_bounds.left), static_cast<float>(m_bounds.top),
-                               static_cast<float>(m_bounds.Width()), static_cast<float>(m_bounds.Height())};
     const brindle::ShapePath path =
-        brindle::RoundedRectangle(whole, brindle::CornerRadius(m_bounds, m_roundness));
+        brindle::RoundedRectangle(brindle::AreaOf(m_bounds), brindle::CornerRadius(m_bounds, m_roundness));
     {
         const brindle::ShapeScope shapes(dc->Surface(), true);
         dc->Surface().FillPath(path, brindle::Paint::Solid(brindle::ArgbOf(m_colour, m_opacity)));

@@ -46,9 +46,14 @@ Argb ArgbOf(unsigned long colour, int alpha) noexcept {
            ((bits >> 16) & 0xFF);
 }
 
+RectF AreaOf(const CRect& rectangle) noexcept {
+    return {static_cast<float>(rectangle.left), static_cast<float>(rectangle.top),
+            static_cast<float>(rectangle.Width()), static_cast<float>(rectangle.Height())};
+}
+
 RectF FrameRectangle(const CRect& bounds) noexcept {
-    return {static_cast<float>(bounds.left) + 0.5f, static_cast<float>(bounds.top) + 0.5f,
-            static_cast<float>(bounds.Width()) - 1, static_cast<float>(bounds.Height()) - 1};
+    const RectF area = AreaOf(bounds);
+    return {area.x + 0.5f, area.y + 0.5f, area.width - 1, area.height - 1};
 }
 
 int CornerRadius(const CRect& bounds, int percent) noexcept {

@@ -17,6 +17,9 @@ constexpr Argb WhiteWithAlpha(unsigned alpha) noexcept {
     return (alpha << 24) | 0xFFFFFFu;
 }
 
+// The same rectangle, by its extents.
+RectF AreaOf(const CRect& rectangle) noexcept;
+
 // Where the outline of a widget or frame runs: half a unit inside its bounds.
 RectF FrameRectangle(const CRect& bounds) noexcept;
 

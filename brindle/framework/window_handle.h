@@ -1,6 +1,8 @@
-// HWND: a window of the desktop, as callers hand it on. What it points to belongs to whoever made the window; the
-// library only passes it to the desktop service. Null: no window.
+// Handles of the desktop, as callers hand them on. What one points to belongs to whoever made it; the library only
+// passes it to the desktop services. Null: none.
 #pragma once
 
 struct HWND__;
-using HWND = HWND__*;
+using HWND = HWND__*;  // a window
+struct HBRUSH__;
+using HBRUSH = HBRUSH__*;  // what the ground of a control is painted with; null: the desktop's own choice

@@ -2,6 +2,8 @@
 #include "brindle/framework/runtime_classes.h"
 
 #include "brindle/address/address_ov.h"
+#include "brindle/framework/ui/ole_property_page.h"
+#include "brindle/framework/ui/property_sheet.h"
 #include "brindle/util/timer.h"
 
 namespace brindle {
@@ -12,6 +14,10 @@ constexpr const CRuntimeClass* kClasses[] = {
     &CAddressOv::classCAddressOv,
     &CWnd::classCWnd,
     &CTimer::classCTimer,
+    &CDialog::classCDialog,
+    &CPropertyPage::classCPropertyPage,
+    &COlePropertyPage::classCOlePropertyPage,
+    &CPropertySheet::classCPropertySheet,
 };
 
 }  // namespace

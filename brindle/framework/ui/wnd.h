@@ -1,5 +1,6 @@
-// CWnd: the base of what receives a window's messages. This version has message-only windows: they are never shown,
-// and what they receive are the ticks of their timers, routed through the class's message map.
+// CWnd: the base of what receives a window's messages. A CWnd has either a message-only window of its own, which is
+// never shown, or the handle of a window of the desktop: a dialog (dialog.h) or one of its controls. Ticks of timers
+// are routed through the class's message map.
 //
 // Thread: made, used and destroyed on the user-interface thread, whose event loop delivers the messages.
 #pragma once
@@ -7,6 +8,7 @@
 #include <cstdint>
 
 #include "brindle/framework/object.h"
+#include "brindle/framework/string_a.h"
 #include "brindle/framework/window_handle.h"
 
 class CWnd;
@@ -32,8 +34,11 @@ class BRINDLE_API CWnd : public CObject {
     const CRuntimeClass* GetRuntimeClass() const override;
     static const CRuntimeClass* GetThisClass();
 
-    // Ends the window and with it its timers. False when there was none.
+    // Ends the window and with it its timers. False when there was none. The window of an attached handle is only let
+    // go: it stays its maker's.
     virtual bool DestroyWindow();
+    // Takes a handle of the desktop; false, nothing changed, when there is a window already or `window` is null.
+    bool Attach(HWND window) noexcept;
 
     HWND GetSafeHwnd() const noexcept { return m_hWnd; }
     // Starts the timer `id`, or gives it a new period; ticks arrive as timer messages. 0 when there is no window or the
@@ -41,12 +46,21 @@ class BRINDLE_API CWnd : public CObject {
     std::uint64_t SetTimer(std::uint64_t id, unsigned int milliseconds);
     // False when there is no window.
     bool KillTimer(std::uint64_t id);
+    // Of a window or a control of the desktop; a message-only window has no text, and is neither drawn nor disabled.
+    CStringA GetWindowTextA() const;
+    void SetWindowTextA(const CStringA& text);
+    bool IsWindowEnabled() const;
+    void EnableWindow(bool enable);
+    // Has the window drawn anew soon; `erase`: with its ground.
+    void Invalidate(bool erase = true);
     // Calls the operation that the message map names; false when none does.
     bool SendMessage(unsigned int message, std::uint64_t parameter);
 
     static const CRuntimeClass classCWnd;
 
   protected:
+    // Lets the window's handle go, and ends its timers; null when there was none.
+    HWND Detach();
     // Makes a message-only window; true when there is one already. The handle is for this class alone: it is no
     // window that a desktop could show something in.
     bool CreateMessageWindow();
@@ -55,5 +69,8 @@ class BRINDLE_API CWnd : public CObject {
     static const AFX_MSGMAP* GetThisMessageMap();
 
   private:
-    HWND m_hWnd = nullptr;  // null: there is no window
+    class Ticks;
+
+    HWND m_hWnd = nullptr;     // null: there is no window
+    Ticks* m_ticks = nullptr;  // receives the ticks of the timers; made when first needed
 };

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "brindle/platform/qt/images_qt.h"
 #include "brindle/platform/qt/painter_surface.h"
 #include "brindle/platform/screen.h"
 
@@ -45,6 +46,7 @@ PainterContext::~PainterContext() = default;
 
 void InstallQtServices() noexcept {
     SetScreen(&g_screen);
+    SetImages(&QtImages());
 }
 
 }  // namespace brindle

@@ -36,7 +36,8 @@ class BRINDLE_API PainterContext {
     CDC m_dc;
 };
 
-// Puts Qt's services in place for the whole process: the resolution of the primary screen. May be called again.
+// Puts Qt's services in place for the whole process: the resolution of the primary screen, pictures. May be called
+// again.
 BRINDLE_API void InstallQtServices() noexcept;
 
 }  // namespace brindle

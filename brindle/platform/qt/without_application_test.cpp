@@ -5,9 +5,13 @@
 #include <QtGui/QImage>
 #include <QtGui/QPainter>
 
+#include <string>
+
 #include "brindle/platform/drawing_surface.h"
+#include "brindle/platform/images.h"
 #include "brindle/platform/qt/painter_context.h"
 #include "brindle/platform/screen.h"
+#include "testing/picture_bytes.h"
 
 namespace brindle {
 namespace {
@@ -30,6 +34,27 @@ TEST(PainterWithoutApplication, TextIsLeftOutAndShapesAreDrawn) {
     EXPECT_EQ(image.pixel(2, 2), 0xFFFFFFFFu);
     InstallQtServices();
     EXPECT_EQ(CurrentScreen().DotsPerInchY(), 96);
+    SetScreen(nullptr);
+}
+
+TEST(PainterWithoutApplication, PicturesAreDecodedAndDrawn) {
+    ASSERT_EQ(QCoreApplication::instance(), nullptr);
+    InstallQtServices();
+    for (const std::string& bytes :
+         {testing::PngBytes(1, 1, {0xFFFFFFFF}), testing::JpegBytes(),
+          testing::GifBytes(2, 2, {{3, 1}, {3, 2}}), testing::BmpBytes(1, 1, {0xFFFFFFFF}),
+          testing::IconBytes({{16, 0xFFFFFFFF}})}) {
+        Image picture;
+        ASSERT_TRUE(CurrentImages().Decode(bytes, ImageFrames::kAll, picture).ok());
+        QImage image(2, 2, QImage::Format_RGB32);
+        image.fill(Qt::black);
+        QPainter painter(&image);
+        PainterContext context(painter);
+        context.DC().Surface().DrawPicture({picture, 0, {0, 0, 1, 1}, {0, 0, 1, 1}});
+        EXPECT_EQ(image.pixel(0, 0), 0xFFFFFFFFu);
+        EXPECT_EQ(image.pixel(1, 0), 0xFF000000u);
+    }
+    SetImages(nullptr);
     SetScreen(nullptr);
 }
 

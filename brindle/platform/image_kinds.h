@@ -1,0 +1,23 @@
+// The scans of each kind of picture file; image_header.h is the door to them. Each is given bytes that begin as its
+// kind does, and fills in the size; limits of size are the caller's business. Internal.
+#pragma once
+
+#include <string_view>
+
+#include "brindle/platform/image_header.h"
+
+namespace brindle {
+
+Result ScanPng(std::string_view bytes, ImageHeader& header);
+Result ScanJpeg(std::string_view bytes, ImageHeader& header);
+Result ScanBmp(std::string_view bytes, ImageHeader& header);
+Result ScanIcon(std::string_view bytes, ImageHeader& header);
+
+// "PNG picture: WHAT".
+BRINDLE_API Result ImageFault(ImageKind kind, ErrorCode code, std::string_view what);
+// The one fault every kind has.
+Result ImageEndsEarly(ImageKind kind);
+
+constexpr std::string_view kPngStart = "\x89PNG\r\n\x1A\n";
+
+}  // namespace brindle

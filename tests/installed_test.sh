@@ -88,7 +88,7 @@ static_assert(BRINDLE_VERSION == 10000 * BRINDLE_VERSION_MAJOR + 100 * BRINDLE_V
 int main() { return std::strcmp(BRINDLE_VERSION_TEXT, brindle::Module::Instance().VersionText()); }
 CODE
 # shellcheck disable=SC2046
-quietly "$compiler" "$work/version.cpp" -o "$work/version" $(pkg-config --cflags --libs brindle) "-Wl,-rpath,$root/lib"
+quietly "$compiler" "$work/version.cpp" -o "$work/version" $(pkg-config --cflags --libs brindle) "-Wl,-rpath,$(pkg-config --variable=libdir brindle)"
 "$work/version" || fail "version.h and the library disagree"
 
 # The tool, where it is part of the build, runs from the moved tree without any path set.

@@ -1,0 +1,32 @@
+# Runs on the files of each package before it is made: what Debian wants to be different from a plain installation.
+#   - programs find the library where the system looks, not beside themselves
+#   - manual pages are compressed; completions for zsh stand in the folder of packages
+#   - a package has its copyright and changelog
+function(brindle_compress)
+  foreach(file ${ARGN})
+    execute_process(COMMAND gzip -9nf ${file} COMMAND_ERROR_IS_FATAL ANY)
+  endforeach()
+endfunction()
+
+file(GLOB packages LIST_DIRECTORIES true ${CPACK_TEMPORARY_DIRECTORY}/*)
+foreach(package ${packages})
+  cmake_path(GET package FILENAME component)
+  string(TOUPPER ${component} key)
+  if(NOT CPACK_DEBIAN_${key}_PACKAGE_NAME)
+    continue()
+  endif()
+  file(GLOB_RECURSE binaries ${package}/usr/bin/* ${package}/usr/lib/*.so.*)
+  foreach(binary ${binaries})
+    if(NOT IS_SYMLINK ${binary})
+      file(RPATH_REMOVE FILE ${binary})
+    endif()
+  endforeach()
+  file(GLOB pages ${package}/usr/share/man/man*/*[0-9])
+  brindle_compress(${pages})
+  if(EXISTS ${package}/usr/share/zsh/site-functions)
+    file(RENAME ${package}/usr/share/zsh/site-functions ${package}/usr/share/zsh/vendor-completions)
+  endif()
+  set(documents ${package}/usr/share/doc/${CPACK_DEBIAN_${key}_PACKAGE_NAME})
+  file(COPY ${CPACK_BRINDLE_DOCUMENTS}/copyright ${CPACK_BRINDLE_DOCUMENTS}/changelog.Debian DESTINATION ${documents})
+  brindle_compress(${documents}/changelog.Debian)
+endforeach()

@@ -108,6 +108,7 @@
 #include "brindle/widgets/ov_drawing.h"
 #include "brindle/widgets/ov_font.h"
 #include "brindle/widgets/rectangle.h"
+#include "brindle/widgets/scroll_panel.h"
 #include "brindle/widgets/text.h"
 #include "brindle/widgets/widget.h"
 #include "brindle/widgets/widget_list.h"

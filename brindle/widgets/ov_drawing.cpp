@@ -50,29 +50,25 @@ void DrawGloss(brindle::DrawingSurface& surface, const ShapePath& path, const Re
 // Differences and halves as whole numbers towards zero, in 64 bits: no bounds overflow.
 using Wide = std::int64_t;
 
-int Whole(Wide value) {
-    return static_cast<int>(static_cast<std::uint32_t>(static_cast<std::uint64_t>(value)));
-}
-
 void DrawUpright(CDC& dc, const CStringA& text, const CRect& rect, OVDrawing::HorizontalAlignment horizontal,
                  OVDrawing::VerticalAlignment vertical) {
     unsigned format = kTextWordBreak | kTextNoPrefix | kTextWordEllipsis;
     CRect measured = rect;
     dc.DrawTextA(text, measured, format | kTextCalculate);
     if (horizontal == OVDrawing::Centre) {
-        measured.OffsetRect(Whole(-((Wide{measured.right} - rect.right) / 2)), 0);
+        measured.OffsetRect(brindle::Wrapped(-((Wide{measured.right} - rect.right) / 2)), 0);
         format |= kTextCentre;
     } else if (horizontal == OVDrawing::Right) {
-        measured.OffsetRect(Whole(Wide{rect.right} - measured.right), 0);
+        measured.OffsetRect(brindle::Wrapped(Wide{rect.right} - measured.right), 0);
         format |= kTextRight;
     }
     if (std::abs(Wide{measured.Width()}) > std::abs(Wide{rect.Width()})) measured.right = rect.right;
     if (std::abs(Wide{measured.Height()}) > std::abs(Wide{rect.Height()})) {
         measured.bottom = rect.bottom;
     } else if (vertical == OVDrawing::Middle) {
-        measured.OffsetRect(0, Whole(-((Wide{measured.bottom} - rect.bottom) / 2)));
+        measured.OffsetRect(0, brindle::Wrapped(-((Wide{measured.bottom} - rect.bottom) / 2)));
     } else if (vertical == OVDrawing::Bottom) {
-        measured.OffsetRect(0, Whole(Wide{rect.bottom} - measured.bottom));
+        measured.OffsetRect(0, brindle::Wrapped(Wide{rect.bottom} - measured.bottom));
     }
     dc.DrawTextA(text, measured, format);
 }
@@ -114,7 +110,7 @@ void DrawTurned(CDC& dc, const CStringA& text, const CRect& rect, OVDrawing::Hor
     if (horizontal == OVDrawing::Right) x = downward ? rect.right : Wide{rect.right} - extent.cy;
     const Wide y =
         downward ? DownwardY(rect, extent.cx, vertical, pixels) : UpwardY(rect, extent.cx, vertical, pixels);
-    dc.ExtTextOutA(Whole(x), Whole(y), rect, text);
+    dc.ExtTextOutA(brindle::Wrapped(x), brindle::Wrapped(y), rect, text);
 }
 
 }  // namespace

@@ -3,25 +3,13 @@
 
 #include "brindle/framework/ui/dc.h"
 #include "brindle/platform/drawing_surface.h"
+#include "brindle/widgets/kept_bounds.h"
 #include "brindle/widgets/rounded_rectangle.h"
 
 namespace OV {
 namespace {
 
 constexpr int kCaptionMargin = 2;  // between outline and caption, above and below
-
-// Puts the bounds back, whatever happens while they are others.
-class KeptBounds {
-  public:
-    explicit KeptBounds(Widget& widget) : m_widget(widget), m_bounds(widget.GetBounds()) {}
-    KeptBounds(const KeptBounds&) = delete;
-    KeptBounds& operator=(const KeptBounds&) = delete;
-    ~KeptBounds() { m_widget.SetBounds(m_bounds); }
-
-  private:
-    Widget& m_widget;
-    CRect m_bounds;
-};
 
 }  // namespace
 
@@ -42,7 +30,7 @@ void Rectangle::Draw(CDC* dc, double scale) {
             dc->Surface().DrawPath(
                 path, {brindle::ArgbOf(m_borderColour, m_opacity), static_cast<float>(m_borderThickness)});
     }
-    const KeptBounds kept(*this);
+    const brindle::KeptBounds kept(*this);
     m_bounds.DeflateRect(0, m_borderThickness);
     m_bounds.DeflateRect(0, kCaptionMargin);
     Text::Draw(dc, scale);

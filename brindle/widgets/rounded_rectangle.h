@@ -10,6 +10,10 @@ namespace brindle {
 
 // Towards zero; what does not fit becomes the nearest number that does, and no number 0.
 std::int32_t Truncated(double value) noexcept;
+// The low 32 bits: sums of coordinates wrap, as rectangles do.
+constexpr std::int32_t Wrapped(std::int64_t value) noexcept {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(static_cast<std::uint64_t>(value)));
+}
 
 // A colour value (0x00BBGGRR) with the low 8 bits of alpha.
 Argb ArgbOf(unsigned long colour, int alpha = 255) noexcept;

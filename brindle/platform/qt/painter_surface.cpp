@@ -27,9 +27,14 @@ QString QtText(std::string_view bytes) {
 }
 
 // Whole coordinates lie at the centres of the device's pixels; the painter has them at their corners.
-void CentrePixels(QPainter& painter) {
-    const double half = 0.5 / painter.device()->devicePixelRatio();
-    painter.setWorldTransform(painter.worldTransform() * QTransform::fromTranslate(half, half));
+constexpr double kToCentre = 0.5;
+// Without smoothing the painter counts a centre on the edge of a shape to the pixel before; it is to be the one behind
+// a left or upper edge. The shape is moved by less than anyone sees and more than the painter's own rounding.
+constexpr double kBeforeCentre = 1.0 / 32;
+
+void MoveByPixels(QPainter& painter, double pixels) {
+    const double distance = pixels / painter.device()->devicePixelRatio();
+    painter.setWorldTransform(painter.worldTransform() * QTransform::fromTranslate(distance, distance));
 }
 
 }  // namespace
@@ -60,8 +65,8 @@ void PainterSurface::ClipToRectangle(const CRect& rectangle) {
 
 void PainterSurface::BeginShapes() {
     m_painter.save();
-    CentrePixels(m_painter);
-    SetSmooth(false);
+    MoveByPixels(m_painter, kToCentre - kBeforeCentre);
+    m_painter.setRenderHint(QPainter::Antialiasing, m_smooth = false);
 }
 
 void PainterSurface::EndShapes() {
@@ -69,8 +74,9 @@ void PainterSurface::EndShapes() {
 }
 
 void PainterSurface::SetSmooth(bool smooth) {
-    m_smooth = smooth;
-    m_painter.setRenderHint(QPainter::Antialiasing, smooth);
+    if (smooth == m_smooth) return;
+    MoveByPixels(m_painter, smooth ? kBeforeCentre : -kBeforeCentre);
+    m_painter.setRenderHint(QPainter::Antialiasing, m_smooth = smooth);
 }
 
 void PainterSurface::ClipShapes(const ShapePath& path, bool also) {

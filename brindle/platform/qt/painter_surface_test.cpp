@@ -80,6 +80,25 @@ TEST(PainterSurface, PixelCentresLieAtWholeCoordinates) {
                          {"its far edge too", 9, 12, 0xFF7F7F7F}});
 }
 
+TEST(PainterSurface, WithoutSmoothingAFillTakesThePixelsFromLeftAndTopOn) {
+    const auto image = Drawn([](DrawingSurface& surface) {
+        const ShapeScope shapes(surface, false);
+        surface.FillArea({5, 10, 4, 3}, Paint::Solid(0xFF000000));
+        surface.FillArea({12, 10, 4, 3}, Paint::Vertical({12, 10, 4, 3}, 0xFF000000, 0xFF000000));
+        surface.FillPath(ShapePath().Rectangle({2, 2, 3, 4}), Paint::Solid(0xFF000000));
+        surface.FillPath(ShapePath().Line({12, 2}, {16, 2}).Line({16, 2}, {12, 6}).Close(),
+                         Paint::Solid(0xFF000000));
+    });
+    std::vector<QRect> rows = {{5, 10, 4, 3}, {12, 10, 4, 3}, {2, 2, 3, 4}};
+    for (int i = 0; i < 4; ++i) rows.emplace_back(12, 2 + i, 4 - i, 1);
+    for (int y = 0; y < 19; ++y)
+        for (int x = 0; x < 19; ++x) {
+            bool inside = false;
+            for (const QRect& each : rows) inside |= each.contains(x, y);
+            EXPECT_EQ(image.pixel(x, y), inside ? kBlack : kWhite) << x << " " << y;
+        }
+}
+
 TEST(PainterSurface, GradientsRepeatOutsideTheirArea) {
     const auto image = Drawn([](DrawingSurface& surface) {
         const ShapeScope shapes(surface, false);

@@ -52,6 +52,29 @@ Components Split(std::string_view path) {
 
 }  // namespace
 
+std::string FullPathOf(std::string_view folder, std::string_view path) {
+    std::string joined;
+    if (!Split(path).hasRoot) joined = std::string(folder) + "\\";
+    joined += path;
+    const Components components = Split(joined);
+    std::vector<std::string_view> names;
+    std::string_view root;
+    for (std::size_t i = 0; i < components.parts.size(); ++i) {
+        const std::string_view name = components.parts[i].name;
+        if (i == 0 && components.hasRoot)
+            root = name;
+        else if (name == "..") {
+            if (!names.empty()) names.pop_back();
+        } else if (name != ".")
+            names.push_back(name);
+    }
+    std::string full(root);
+    for (char& c : full)
+        if (IsSeparator(c)) c = '\\';
+    for (const std::string_view name : names) full += "\\" + std::string(name);
+    return full;
+}
+
 std::string_view FileNameOf(std::string_view path) noexcept {
     std::size_t begin = 0;
     for (std::size_t i = 0; i + 1 < path.size(); ++i)

@@ -11,6 +11,10 @@ namespace brindle {
 // "A\" of "C:\A\"; the whole path when there is no such separator.
 std::string_view FileNameOf(std::string_view path) noexcept;
 
+// One spelling for all of a path's: absolute (a relative one begins at the folder), written with "\", without "." and
+// "..", which never leaves the root, and without doubled separators. Letter case stays.
+std::string FullPathOf(std::string_view folder, std::string_view path);
+
 // The way from a folder to a file, beginning with "." or "..": ".\f.txt", "..\..\x\f.txt". Names compare without
 // regard to case. The steps up are written with "/" when the folder is, and the rest of the path as it stands.
 // False, `relative` unchanged, when the two have nothing in common (other drives, relative paths that begin

@@ -112,5 +112,31 @@ TEST(PathText, AsRecorded) {
     EXPECT_GE(compared, 70);
 }
 
+TEST(PathText, FullPathsHaveOneSpelling) {
+    struct Row {
+        const char* label;
+        const char* folder;
+        const char* path;
+        const char* expected;
+    };
+    const Row rows[] = {
+        {"relative", "/site", "a.png", "\\site\\a.png"},
+        {"from a drive", "C:\\Site", "pictures/A.png", "C:\\Site\\pictures\\A.png"},
+        {"absolute", "/site", "/other/a.png", "\\other\\a.png"},
+        {"with a drive", "/site", "D:/x\\a.png", "D:\\x\\a.png"},
+        {"of a server", "/site", "\\\\server/share/a.png", "\\\\server\\share\\a.png"},
+        {"steps", "/site/map", "../x/./y/../a.png", "\\site\\x\\a.png"},
+        {"beyond the root", "/site", "C:\\..\\..\\a.png", "C:\\a.png"},
+        {"doubled separators", "/site/", "x//a.png", "\\site\\x\\a.png"},
+        {"no folder", "", "a.png", "\\a.png"},
+        {"nothing", "/site", "", "\\site"},
+        {"the root", "/site", "/", ""},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.label);
+        EXPECT_EQ(FullPathOf(row.folder, row.path), row.expected);
+    }
+}
+
 }  // namespace
 }  // namespace brindle

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "brindle/framework/ui/bitmap.h"
 #include "brindle/framework/ui/font.h"
 #include "brindle/framework/ui/text_layout.h"
 #include "brindle/platform/code_page.h"
@@ -107,4 +108,13 @@ CSize CDC::GetTextExtent(const CStringA& text) const {
 bool CDC::ExtTextOutA(int x, int y, const CRect& clip, const CStringA& text) {
     return m_surface.DrawRun(
         {text.view(), {x, y}, clip, Font(), m_state.textColour, m_state.ground != kGroundTransparent});
+}
+
+bool CDC::DrawBitmap(const CRect& rectangle, const CBitmap& bitmap) {
+    CRect target = rectangle;
+    target.NormalizeRect();
+    const brindle::Image* picture = bitmap.Picture();
+    if (!picture || target.IsRectEmpty()) return false;
+    m_surface.DrawPicture({*picture, 0, {0, 0, picture->width, picture->height}, target});
+    return true;
 }

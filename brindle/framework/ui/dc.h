@@ -15,6 +15,7 @@
 #include "brindle/framework/rect.h"
 #include "brindle/framework/string_a.h"
 
+class CBitmap;
 class CFont;
 struct LOGFONTA;
 namespace brindle {
@@ -76,6 +77,9 @@ class BRINDLE_API CDC {
     // One line with its upper left corner at (x, y), turned by the font, clipped to the rectangle. False, nothing
     // drawn, when the surface has no fonts.
     bool ExtTextOutA(int x, int y, const CRect& clip, const CStringA& text);
+
+    // The whole bitmap, scaled to fill the rectangle. False, nothing drawn, when either is empty.
+    bool DrawBitmap(const CRect& rectangle, const CBitmap& bitmap);
 
     brindle::DrawingSurface& Surface() const noexcept { return m_surface; }
 

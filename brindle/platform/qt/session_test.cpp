@@ -1,5 +1,5 @@
-// A session with a list of buttons in a scroll panel, as a host on Qt has it: pressed, scrolled by the arrows, dragged by
-// the thumb, drawn larger. Each step is checked by pixels, and all of them go to a sheet in the test's folder.
+// A session with a list of buttons in a scroll panel, as a host on Qt has it: pressed, scrolled by the arrows, dragged
+// by the thumb, drawn larger. Each step is checked by pixels, and all of them go to a sheet in the test's folder.
 #include <gtest/gtest.h>
 
 #include <QtGui/QImage>

@@ -106,7 +106,35 @@ int FirstPixel(double x) {
     return static_cast<int>(std::ceil(std::clamp(x, -kFar, kFar) - 0.5));
 }
 
+// The direction in which a step ends or begins; none for what has no length.
+QPointF Direction(const ShapePath::Step& step, bool end) {
+    if (step.kind == ShapePath::StepKind::kLine) return {step.to.x - step.from.x, step.to.y - step.from.y};
+    if (step.kind != ShapePath::StepKind::kArc || !(step.box.width > 0 && step.box.height > 0)) return {};
+    const double angle = (step.start + (end ? step.sweep : 0)) * M_PI / 180;
+    return {-std::sin(angle) * step.sweep, std::cos(angle) * step.sweep};
+}
+
+// Whether the path somewhere runs back on itself: where its outline then overlaps within a pixel, the painter would
+// count it twice.
+bool DoublesBack(const ShapePath& path) {
+    QPointF before;
+    for (const ShapePath::Step& step : path.Steps()) {
+        const QPointF begin = Direction(step, false), end = Direction(step, true);
+        if (QPointF::dotProduct(before, begin) < 0) return true;
+        if (!end.isNull()) before = end;
+    }
+    return false;
+}
+
 }  // namespace
+
+QPainterPath QtOutline(const ShapePath& path, const Pen& pen, const QTransform& toPixels) {
+    constexpr double kFlatness = 0.05;  // pixels
+    QPainterPathStroker stroker(QtPen(pen));
+    stroker.setCurveThreshold(kFlatness / std::max(std::sqrt(std::abs(toPixels.determinant())), kFlatness));
+    const QPainterPath outline = stroker.createStroke(QtPath(path));
+    return DoublesBack(path) ? outline.simplified() : outline;
+}
 
 QRegion WholePixels(const QPainterPath& path, const QTransform& toPixels, double height) {
     const QList<QPolygonF> outlines = path.toSubpathPolygons(toPixels);

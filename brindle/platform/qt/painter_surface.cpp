@@ -109,7 +109,7 @@ void PainterSurface::FillArea(const RectF& area, const Paint& paint) {
 }
 
 void PainterSurface::DrawPath(const ShapePath& path, const Pen& pen) {
-    m_painter.strokePath(QtPath(path), QtPen(pen));
+    m_painter.fillPath(QtOutline(path, pen, m_painter.deviceTransform()), QtBrush(Paint::Solid(pen.colour)));
 }
 
 bool PainterSurface::TextExtent(const LOGFONTA& font, std::string_view text, CSize& extent) {

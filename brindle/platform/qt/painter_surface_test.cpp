@@ -182,6 +182,47 @@ TEST(PainterSurface, ScalesWithThePainter) {
     EXPECT_EQ(QColor(image.pixel(10, 11)).name(), "#ffffff");
 }
 
+// How much of the pixels is black, in pixels.
+double Ink(const QImage& image, const QRect& part) {
+    double ink = 0;
+    for (int y = part.top(); y <= part.bottom(); ++y)
+        for (int x = part.left(); x <= part.right(); ++x) ink += (255 - qRed(image.pixel(x, y))) / 255.0;
+    return ink;
+}
+
+TEST(PainterSurface, RoundLinesAreAsWideAsStraightOnes) {
+    for (const float width : {0.5f, 1.0f, 2.0f, 4.0f}) {
+        SCOPED_TRACE(width);
+        const auto image = Drawn([&](DrawingSurface& surface) {
+            const ShapeScope shapes(surface, true);
+            surface.DrawPath(ShapePath().Ellipse({2, 2, 14, 14}), {0xFF000000, width});
+        });
+        const double whole = 2 * M_PI * 7 * static_cast<double>(width);
+        EXPECT_NEAR(Ink(image, {0, 0, 19, 19}), whole, 0.08 * whole);
+    }
+}
+
+TEST(PainterSurface, CornersAreMitred) {
+    const auto image = Drawn([](DrawingSurface& surface) {
+        const ShapeScope shapes(surface, true);
+        const ShapePath square =
+            ShapePath().Line({5, 5}, {14, 5}).Line({14, 5}, {14, 14}).Line({14, 14}, {5, 14}).Close();
+        surface.DrawPath(square, {0xFF000000, 3});
+    });
+    for (const int x : {4, 15})
+        for (const int y : {4, 15}) EXPECT_EQ(QColor(image.pixel(x, y)).name(), "#000000") << x << " " << y;
+}
+
+TEST(PainterSurface, LinesThatDoubleBackAreNotCountedTwice) {
+    const auto back = Drawn([](DrawingSurface& surface) {
+        const ShapeScope shapes(surface, true);
+        surface.DrawPath(ShapePath().Line({2, 5}, {12, 5}).Line({12, 5}, {6, 5}), {0xFF000000, 2});
+    });
+    ExpectPixels(back, {{"in the middle", 8, 5, kBlack},
+                        {"above it, half covered", 8, 4, 0xFF7F7F7F},
+                        {"below it", 8, 6, 0xFF7F7F7F}});
+}
+
 TEST(QtServices, TheScreenTellsItsResolution) {
     testing::NeedQtApplication();
     InstallQtServices();

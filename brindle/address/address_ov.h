@@ -21,6 +21,7 @@ struct LayoutProbe;  // the layout test's way in
 class BRINDLE_API CAddressOv : public CObject {
   public:
     CAddressOv() noexcept;  // 0000:00:00, all three parts deferred
+    // Nothing is deferred.
     CAddressOv(const FullAddress_t& address) noexcept;
     CAddressOv(const CAddressOv& other) noexcept;  // cuts the parts to their range
     CAddressOv(unsigned int net, unsigned int unit,

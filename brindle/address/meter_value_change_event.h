@@ -5,6 +5,7 @@
 
 class BRINDLE_API CMeterValueChangeEvent : public CStateEvent {
   public:
+    // The base with the value.
     CMeterValueChangeEvent(float value, const CAddressOv& address, bool masked, int state,
                            const CStringA& stateDueToHeader, const CStringA& stateDueToCauseHeader,
                            const CStringA& stateDueToString, const CStringA& userString,

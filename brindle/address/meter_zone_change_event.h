@@ -5,6 +5,7 @@
 
 class BRINDLE_API CMeterZoneChangeEvent : public CStateEvent {
   public:
+    // The base with the zone.
     CMeterZoneChangeEvent(int zone, const CAddressOv& address, bool masked, int state,
                           const CStringA& stateDueToHeader, const CStringA& stateDueToCauseHeader,
                           const CStringA& stateDueToString, const CStringA& userString,

@@ -5,6 +5,7 @@
 
 class BRINDLE_API CStateChangedEvent : public CStateEvent {
   public:
+    // As the base, of a type of its own.
     CStateChangedEvent(const CAddressOv& address, bool masked, int state, const CStringA& stateDueToHeader,
                        const CStringA& stateDueToCauseHeader, const CStringA& stateDueToString,
                        const CStringA& userString, const CStringA& objStringK, const CStringA& objStringV);

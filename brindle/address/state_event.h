@@ -9,6 +9,7 @@
 
 class BRINDLE_API CStateEvent : public CCommandEvent {
   public:
+    // Keeps everything as given, but the address's parts cut to their range.
     CStateEvent(const CAddressOv& address, bool masked, int state, const CStringA& stateDueToHeader,
                 const CStringA& stateDueToCauseHeader, const CStringA& stateDueToString,
                 const CStringA& userString, const CStringA& objStringK, const CStringA& objStringV);

@@ -31,6 +31,7 @@ class BRINDLE_API CCommandActionList {
     CCommandActionList& operator=(const CCommandActionList& other);
 
     virtual ~CCommandActionList();  // destroys the actions
+    // These as in CCommandTreeItem; they stand here because the list is no item of the tree.
     virtual POSITION GetFirstChildPosition() const;
     virtual const CCommandAction* GetNextChild(POSITION& position) const;
     virtual int GetChildCount() const;

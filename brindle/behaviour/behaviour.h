@@ -40,6 +40,7 @@ class BRINDLE_API CCommandBehaviour : public CCommandTreeItem {
     // Reads inside the "Behaviour" section the list has entered: triggers, then actions.
     void Load(XMLReader& reader) override;
 
+    // These as in CCommandTriggerList and CCommandActionList.
     void AddTrigger(CCommandTrigger* trigger);
     void RemoveTrigger(CCommandTrigger* trigger);
     void AddAction(CCommandAction* action);

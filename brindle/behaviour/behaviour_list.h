@@ -34,6 +34,7 @@ class ListFrame;
 
 class BRINDLE_API CCommandBehaviourList : public CCommandTreeItem {
   public:
+    // An empty list that takes its place behind all others.
     explicit CCommandBehaviourList(CCommandTrigger::eHostType host);
     CCommandBehaviourList(const CCommandBehaviourList&) = delete;
     CCommandBehaviourList& operator=(const CCommandBehaviourList&) = delete;
@@ -63,6 +64,7 @@ class BRINDLE_API CCommandBehaviourList : public CCommandTreeItem {
     // the host's code the behaviours read before it are there.
     void Load(XMLReader& reader) override;
 
+    // Whether it holds no behaviour.
     bool IsEmpty() const;
     CCommandTrigger::eHostType GetHostType() const noexcept { return m_hostType; }
     void Add(CCommandBehaviour* behaviour);     // at the end; takes ownership

@@ -25,6 +25,7 @@ class ItemWalk;
 template <class T>
 class ItemList {
   public:
+    // One membership: the item, borrowed, and its serial number, which never comes again.
     struct Item {
         T* object;
         std::uint64_t serial;
@@ -41,6 +42,7 @@ class ItemList {
     T* GetNext(POSITION& position) const { return m_items.GetNext(position).object; }
     const Item& GetNextItem(POSITION& position) const { return m_items.GetNext(position); }
 
+    // The first place of the item; null when it is not in the list.
     POSITION Find(const T* object) const {
         for (POSITION position = GetHeadPosition(); position;) {
             const POSITION at = position;
@@ -124,6 +126,7 @@ class ItemWalk {
   public:
     using Item = typename ItemList<T>::Item;
 
+    // Begins a walk over what the list holds now.
     explicit ItemWalk(const ItemList<T>& list)
         : m_list(&list), m_outer(list.m_walks), m_version(list.Version()) {
         m_count = static_cast<std::size_t>(list.GetCount());

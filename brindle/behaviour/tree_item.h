@@ -52,6 +52,7 @@ class BRINDLE_API CCommandTreeItem {
     virtual bool IsTemplate();
 
     bool IsEnabled() const noexcept { return m_enabled; }
+    // What a disabled item still does is said where it runs.
     void SetEnabled(bool enabled) noexcept;
 
   private:

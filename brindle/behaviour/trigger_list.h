@@ -35,6 +35,7 @@ class BRINDLE_API CCommandTriggerList : public CCommandTreeItem {
 
     void Add(CCommandTrigger* trigger);     // at the end; takes ownership
     void Remove(CCommandTrigger* trigger);  // destroys it; ignored when it is not in the list
+    // Resets the state of every trigger.
     void Init();
 
     POSITION GetFirstChildPosition() const override;

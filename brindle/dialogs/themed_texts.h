@@ -18,6 +18,7 @@ namespace brindle {
 // Between two colours, 0x00BBGGRR: each channel ((a + b + 1) * 50) / 100.
 BRINDLE_API std::uint32_t Midpoint(std::uint32_t a, std::uint32_t b) noexcept;
 
+// Which controls' texts are grey: a flag for each, by its window handle.
 class BRINDLE_API TextFlags {
   public:
     // Keeps the flag of a control and has it drawn anew. Null: does nothing.

@@ -23,6 +23,7 @@ struct RuleValue;
 
 class BRINDLE_API CCalculator {
   public:
+    // One element of an expression.
     class BRINDLE_API Token {
       public:
         enum TType { OperatorToken = 0, LiteralToken = 1, FunctionToken = 2 };
@@ -39,6 +40,7 @@ class BRINDLE_API CCalculator {
         Token& operator=(const Token&) = default;
     };
 
+    // An operator as a token.
     class BRINDLE_API Operator : public Token {
       public:
         enum Type : int {
@@ -183,6 +185,7 @@ class BRINDLE_API CCalculator {
     // Of several values that remain the last one is the result.
     bool Run(const Expression& rpn, Literal& result) const;
 
+    // Whether every character is a digit; true of the empty text.
     static bool IsDigits(const std::string& text) noexcept;
     // Digits, at most one "." and at most one "-", wherever they stand. The empty text is numeric.
     static bool IsNumeric(const std::string& text) noexcept;

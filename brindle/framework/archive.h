@@ -17,6 +17,7 @@
 #include "brindle/framework/export.h"
 #include "brindle/framework/string_a.h"
 
+// Why an archive's operation failed. `what` is kept, not copied: a text that stays.
 class BRINDLE_API CArchiveException : public std::exception {
   public:
     enum Cause { none, genericException, readOnly, endOfFile, writeOnly, badIndex, badClass, badSchema };
@@ -70,10 +71,12 @@ class BRINDLE_API CArchive {
     bool IsStoring() const noexcept { return m_mode == store; }
     bool IsLoading() const noexcept { return m_mode == load; }
 
+    // Writes the value.
     CArchive& operator<<(std::uint8_t value);
     CArchive& operator<<(std::uint16_t value);
     CArchive& operator<<(std::uint32_t value);
     CArchive& operator<<(const CStringA& text);
+    // Reads the value; unchanged when that fails.
     CArchive& operator>>(std::uint8_t& value);
     CArchive& operator>>(std::uint16_t& value);
     CArchive& operator>>(std::uint32_t& value);

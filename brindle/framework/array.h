@@ -35,6 +35,7 @@ class CArray {
         m_items.push_back(value);
         return GetUpperBound();
     }
+    // Puts the value before the index; behind the end the array grows up to it.
     void InsertAt(std::ptrdiff_t index, ARG_TYPE value) {
         if (index >= GetSize()) {
             SetAtGrow(index, value);
@@ -46,6 +47,7 @@ class CArray {
         m_items.erase(m_items.begin() + index, m_items.begin() + index + count);
     }
     void RemoveAll() noexcept { m_items.clear(); }
+    // Copies of the other's items go to the end; the other may be this array itself.
     void Append(const CArray& other) {
         const std::vector<TYPE> copy = other.m_items;
         m_items.insert(m_items.end(), copy.begin(), copy.end());

@@ -10,6 +10,7 @@ struct FILETIME {
 
 namespace brindle {
 
+// The two halves as one number and back: 100-nanosecond steps since 1601-01-01 UTC.
 constexpr std::uint64_t FileTimeToTicks(const FILETIME& time) noexcept {
     return (static_cast<std::uint64_t>(time.dwHighDateTime) << 32) | time.dwLowDateTime;
 }

@@ -61,6 +61,7 @@ class CList {
         return at ? Link(at, at->next, value) : AddTail(value);
     }
 
+    // The position is invalid afterwards, all others stay.
     void RemoveAt(POSITION position) {
         Node* node = ToNode(position);
         (node->prev ? node->prev->next : m_head) = node->next;
@@ -72,6 +73,7 @@ class CList {
     }
     void RemoveHead() { RemoveAt(GetHeadPosition()); }
     void RemoveTail() { RemoveAt(GetTailPosition()); }
+    // Positions of the list are invalid afterwards.
     void RemoveAll() {
         while (m_head) RemoveHead();
         m_free = nullptr;

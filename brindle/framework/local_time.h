@@ -20,12 +20,14 @@ struct LocalTime {
     int utcOffsetSeconds = 0;
 };
 
+// A day of the calendar.
 struct CalendarDate {
     std::int64_t year;
     int month;  // 1 to 12
     int day;    // 1 to 31
 };
 
+// Whether the year has a 29 February.
 BRINDLE_API bool IsLeapYear(std::int64_t year) noexcept;
 // 28 to 31; 0 for a month that is none.
 BRINDLE_API int DaysInMonth(std::int64_t year, int month) noexcept;

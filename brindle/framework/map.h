@@ -13,6 +13,7 @@
 template <class KEY, class ARG_KEY, class VALUE, class ARG_VALUE>
 class CMap {
   public:
+    // A key with its value, as the walk shows them.
     struct CPair {
         const KEY key;
         VALUE value;
@@ -61,6 +62,7 @@ class CMap {
         m_pairs.RemoveAt(position);
         return true;
     }
+    // Positions are invalid afterwards.
     void RemoveAll() {
         m_positions.clear();
         m_pairs.RemoveAll();

@@ -11,6 +11,7 @@
 
 namespace brindle {
 
+// What was read, and how far.
 template <class Value>
 struct NumberRead {
     Value value{};
@@ -40,6 +41,7 @@ BRINDLE_API bool ScanInt(std::string_view& text, std::int32_t& value) noexcept;
 // of more than 32 bits fails and stores FFFFFFFF, and a text without a number stores 0.
 BRINDLE_API bool ReadStreamHex(std::string_view text, std::uint32_t& value) noexcept;
 
+// Decimal, without grouping.
 BRINDLE_API std::string PrintInt(std::int64_t value);
 BRINDLE_API std::string PrintUnsigned(std::uint64_t value);
 // Upper-case hexadecimal, zero-padded to at least `digits` digits.

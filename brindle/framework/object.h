@@ -17,6 +17,7 @@ class CObject;
 // Receives the diagnostic dump of an object. The base writes nothing to it.
 class CDumpContext;
 
+// What is known of a class at run time: its name, its size, how to make one, its base.
 struct CRuntimeClass {
     const char* m_lpszClassName;
     int m_nObjectSize;
@@ -41,6 +42,7 @@ BRINDLE_API void RegisterRuntimeClass(const CRuntimeClass& type) noexcept;
 
 class BRINDLE_API CObject {
   public:
+    // The class of the object itself, not of the pointer to it.
     virtual const CRuntimeClass* GetRuntimeClass() const;
     virtual ~CObject();
     // Reads or writes the object's fields. The base stores nothing.

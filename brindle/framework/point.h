@@ -7,6 +7,7 @@ struct CPoint {
     std::int32_t x = 0;
     std::int32_t y = 0;
 
+    // Moves the place.
     constexpr void Offset(std::int32_t byX, std::int32_t byY) noexcept {
         x = Sum(x, byX);
         y = Sum(y, byY);

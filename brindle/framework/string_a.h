@@ -26,8 +26,10 @@ class BRINDLE_API CStringA {
     CStringA(const std::string& text) : m_text(text) {}
     CStringA(std::string&& text) noexcept : m_text(std::move(text)) {}
     explicit CStringA(std::string_view text) : m_text(text) {}
+    // The character so many times; a negative number is 0.
     explicit CStringA(char character, int repeat = 1);
 
+    // Become the text, as the constructors of the same kind.
     CStringA& operator=(const char* text);
     CStringA& operator=(const std::string& text);
     CStringA& operator=(std::string&& text) noexcept;
@@ -41,6 +43,7 @@ class BRINDLE_API CStringA {
     std::string& str() noexcept { return m_text; }
     std::string_view view() const noexcept { return m_text; }
 
+    // In bytes, zero bytes included.
     int GetLength() const noexcept;
     bool IsEmpty() const noexcept { return m_text.empty(); }
     void Empty() noexcept { m_text.clear(); }
@@ -48,6 +51,7 @@ class BRINDLE_API CStringA {
     void SetAt(int index, char character) noexcept;  // ignored out of range
     char operator[](int index) const noexcept { return GetAt(index); }
 
+    // Put something behind the end; a negative length adds nothing.
     CStringA& operator+=(const CStringA& tail);
     CStringA& operator+=(const char* tail);
     CStringA& operator+=(const std::string& tail);
@@ -76,6 +80,7 @@ class BRINDLE_API CStringA {
     int ReverseFind(char character) const noexcept;
     int FindOneOf(const char* characters) const noexcept;
 
+    // Change the string itself and return it.
     CStringA& MakeUpper() noexcept;
     CStringA& MakeLower() noexcept;
     CStringA& MakeReverse() noexcept;
@@ -155,6 +160,7 @@ inline bool operator>=(const CStringA& a, const CStringA& b) noexcept {
     return !(a < b);
 }
 
+// One behind the other.
 BRINDLE_API CStringA operator+(const CStringA& a, const CStringA& b);
 BRINDLE_API CStringA operator+(const CStringA& a, const char* b);
 BRINDLE_API CStringA operator+(const char* a, const CStringA& b);
@@ -163,8 +169,10 @@ BRINDLE_API CStringA operator+(const std::string& a, const CStringA& b);
 BRINDLE_API CStringA operator+(const CStringA& a, char b);
 BRINDLE_API CStringA operator+(char a, const CStringA& b);
 
+// So that strings are keys of the standard's tables.
 template <>
 struct std::hash<CStringA> {
+    // The standard's value for the same bytes.
     std::size_t operator()(const CStringA& text) const noexcept {
         return std::hash<std::string>{}(text.str());
     }

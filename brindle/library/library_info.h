@@ -9,12 +9,14 @@
 
 namespace brindle {
 
+// A service and what stands behind it.
 struct LibraryPart {
     std::string service;  // "XML", "code page" ...
     std::string library;  // what stands behind it
     std::string version;  // of the library that is loaded; may be empty
 };
 
+// A limit on input.
 struct LibraryLimit {
     std::string name;  // "XML document"
     std::uint64_t value;
@@ -31,6 +33,7 @@ struct LibraryInfo {
     std::vector<LibraryLimit> limits;  // what input is refused, or left as it is, beyond
 };
 
+// As things are now: with the code page in force.
 BRINDLE_API LibraryInfo DescribeLibrary();
 
 }  // namespace brindle

@@ -5,12 +5,14 @@
 
 namespace brindle {
 
+// The three numbers of a version.
 struct ModuleVersion {
     int major;
     int minor;
     int patch;
 };
 
+// The library as it is loaded.
 class BRINDLE_API Module {
   public:
     const char* Name() const noexcept { return m_name; }

@@ -11,6 +11,7 @@
 #include "brindle/framework/export.h"
 #include "brindle/framework/string_a.h"
 
+// What is about to be started; valid during the call only.
 struct ProgramStart {
     const char* program;                        // as the line names it; there need not be one
     const std::vector<std::string>& arguments;  // what it would get

@@ -18,6 +18,7 @@ enum class MessageIcon {
     kError,    // stop sign
 };
 
+// What a file dialog is to show.
 struct FileBoxRequest {
     bool save = false;     // to be written: the file need not exist
     HWND owner = nullptr;  // the window the dialog belongs to; null: none
@@ -47,6 +48,7 @@ class Desktop {
 // FileBoxError when there is no desktop.
 constexpr unsigned long kFileBoxNoDesktop = 0xFFFF;
 
+// The installed desktop, or one that is none: messages go to the standard error, files are not chosen.
 BRINDLE_API Desktop& CurrentDesktop() noexcept;
 // Installs a desktop (not owned; it must outlive its use; null: none again). Returns the one installed before, or
 // null.

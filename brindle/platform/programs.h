@@ -42,6 +42,7 @@ struct ProgramPlan {
 
 class Programs {
   public:
+    // Understands a command line and looks for its program; starts nothing.
     virtual ProgramPlan Plan(std::string_view commandLine) = 0;
     // Starts what was planned and returns its code. Hidden: its standard streams are the null device; else they are
     // this process's own.
@@ -59,6 +60,7 @@ class Programs {
     ~Programs() = default;  // never destroyed through this interface
 };
 
+// The installed service, or the backend's.
 BRINDLE_API Programs& CurrentPrograms() noexcept;
 // Installs a service (not owned; null: the backend's again). Returns the one installed before, or null.
 BRINDLE_API Programs* SetPrograms(Programs* service) noexcept;
@@ -73,6 +75,7 @@ struct ProgramText {
     std::string_view program;
     std::string_view arguments;
 };
+// Both point into the line.
 BRINDLE_API ProgramText SplitProgram(std::string_view commandLine);
 
 }  // namespace brindle

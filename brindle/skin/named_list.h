@@ -11,6 +11,7 @@
 
 namespace brindle {
 
+// Names in the order of their bytes, which tables with look-ups by view want.
 struct ByteOrder {
     using is_transparent = void;
     bool operator()(const CStringA& a, const CStringA& b) const noexcept { return a.view() < b.view(); }
@@ -22,6 +23,7 @@ struct ByteOrder {
 template <class Value>
 class NamedList {
   public:
+    // A name and its value.
     struct Entry {
         CStringA name;
         Value value;

@@ -43,6 +43,7 @@ class BRINDLE_API FileMonitor {
     // What else counts as a modification.
     enum class AlsoCounts { kNothing, kReplacement /* another file is renamed to the name */ };
 
+    // Watches nothing yet and has no thread.
     explicit FileMonitor(AlsoCounts also = AlsoCounts::kNothing);
     FileMonitor(const FileMonitor&) = delete;
     FileMonitor& operator=(const FileMonitor&) = delete;

@@ -40,6 +40,7 @@ namespace brindle {
 class XmlDocument;
 }
 
+// An attribute as it is read.
 struct XMLAttribute {
     CStringA name;
     CStringA value;

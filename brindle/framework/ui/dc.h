@@ -39,6 +39,7 @@ enum TextFormat : unsigned {
 
 class BRINDLE_API CDC {
   public:
+    // Draws on the surface (borrowed) from now on.
     explicit CDC(brindle::DrawingSurface& surface);
     CDC(const CDC&) = delete;
     CDC& operator=(const CDC&) = delete;

@@ -35,6 +35,7 @@ class IFontDisp {
     ~IFontDisp() = default;
 };
 
+// What a font object is made from.
 struct FontDescription {
     CStringA name;
     std::int64_t size = 0;  // in 1/10000 of a point

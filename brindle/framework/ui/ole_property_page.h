@@ -6,12 +6,14 @@
 
 class BRINDLE_API COlePropertyPage : public CPropertyPage {
   public:
+    // The numbers of its dialog and of its title, as in CPropertyPage.
     explicit COlePropertyPage(unsigned int templateId, unsigned int captionId);
     ~COlePropertyPage() override;
     const CRuntimeClass* GetRuntimeClass() const override;
     static const CRuntimeClass* GetThisClass();
 
     bool IsModified() const noexcept { return m_modified; }
+    // Keeps the flag and passes it on to the sheet.
     void SetModifiedFlag(bool modified = true);
 
     static const CRuntimeClass classCOlePropertyPage;

@@ -16,8 +16,10 @@ class CWnd;
 // Message maps: which operation of a class receives which message. The map of a class goes before its base's.
 struct AFX_MSGMAP_ENTRY {
     unsigned int nMessage;  // 0: the end of the map
+    // The operation; what the parameter is depends on the message.
     void (CWnd::*pfn)(std::uint64_t parameter);
 };
+// One class's map and the way to its base's.
 struct AFX_MSGMAP {
     const AFX_MSGMAP* (*pfnGetBaseMap)();  // null: there is none
     const AFX_MSGMAP_ENTRY* lpEntries;
@@ -65,6 +67,7 @@ class BRINDLE_API CWnd : public CObject {
     // window that a desktop could show something in.
     bool CreateMessageWindow();
 
+    // The message map of the object's own class.
     virtual const AFX_MSGMAP* GetMessageMap() const;
     static const AFX_MSGMAP* GetThisMessageMap();
 

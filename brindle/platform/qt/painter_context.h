@@ -24,6 +24,7 @@ class PainterSurface;
 // painter was set to comes back at the end. Without a QGuiApplication shapes are drawn and text is left out.
 class BRINDLE_API PainterContext {
   public:
+    // Draws on the painter from now on.
     explicit PainterContext(QPainter& painter);
     PainterContext(const PainterContext&) = delete;
     PainterContext& operator=(const PainterContext&) = delete;

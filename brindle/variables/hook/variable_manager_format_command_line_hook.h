@@ -35,6 +35,7 @@ class BRINDLE_API VariableManagerFormatCommandLineHook {
 // stores.
 class BRINDLE_API VariableHookScope {
   public:
+    // Borrowed until the end; null: nothing is expanded.
     explicit VariableHookScope(const VariableManager* vm) noexcept;
     VariableHookScope(const VariableHookScope&) = delete;
     VariableHookScope& operator=(const VariableHookScope&) = delete;

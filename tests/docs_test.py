@@ -1,10 +1,9 @@
 #!/usr/bin/env python3
-"""The documents tell the truth where a machine can see it: links lead somewhere, quoted commands and files exist,
+"""The documents tell the truth where a machine can see it: links lead somewhere, named files exist,
 and the README's ten lines are the example that is compiled."""
 import json
 import pathlib
 import re
-import subprocess
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
@@ -39,17 +38,6 @@ class DocumentsTest(unittest.TestCase):
         example = (ROOT / "examples/hello/main.cpp").read_text()
         shown = re.search(r"```cpp\n(.*?)```", (ROOT / "README.md").read_text(), re.DOTALL).group(1)
         self.assertEqual(shown, example[example.index("#include"):])
-
-    def test_how_to_pages_compile(self):
-        for page in ("how-to-add-a-trigger.md", "how-to-add-an-action.md"):
-            with self.subTest(page):
-                code = re.search(r"```cpp\n(.*?)```", (ROOT / "docs" / page).read_text(), re.DOTALL).group(1)
-                classes, _, registration = code.partition("\nCCommand")
-                program = ("#include <brindle/brindle.h>\nvoid WriteToOperators(const CStringA& line);\n" + classes +
-                           "\nint main() {\nCCommand" + registration + "}\n")
-                run = subprocess.run(["g++", "-std=c++20", "-Wall", "-Wextra", "-Werror", "-I", str(ROOT), "-fsyntax-only",
-                                      "-x", "c++", "-"], input=program, capture_output=True, text=True, check=False)
-                self.assertEqual(run.returncode, 0, run.stderr)
 
     def test_presets_are_listed(self):
         configured = json.loads((ROOT / "CMakePresets.json").read_text())["configurePresets"]

@@ -1,4 +1,4 @@
-// OV::Button: its state, and what is drawn from it. Tests: button_test.cpp.
+// OV::Button: its state, and what is drawn from it; its pictures are in button_images.cpp. Tests: button_test.cpp.
 #include "brindle/widgets/button.h"
 
 #include "brindle/framework/ui/dc.h"
@@ -93,7 +93,16 @@ void Button::Draw(CDC* dc, double scale) {
     const CPoint at{m_bounds.left, m_bounds.top};
     brindle::DrawingSurface& surface = dc->Surface();
     dc->SaveDC();
-    {
+    if (m_drawImageBehindNormal) DrawImage(dc, m_bounds);
+    if (!m_drawImageBehindNormal && CurrentImage().picture) {
+        {
+            const brindle::ShapeScope shapes(surface, true);
+            brindle::DrawButtonBody(surface, look, at);
+        }
+        DrawImage(dc, m_bounds);
+        const brindle::ShapeScope shapes(surface, true);
+        brindle::DrawButtonOutline(surface, look, at);
+    } else {
         const brindle::ShapeScope shapes(surface, true);
         brindle::DrawButtonBody(surface, look, at);
         surface.UnclipShapes();

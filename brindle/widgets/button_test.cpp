@@ -27,7 +27,10 @@ struct ButtonLayoutProbe {
                 &b.m_secondaryColour,
                 &b.m_selected,
                 &b.m_data,
+                &b.m_images,
+                &b.m_keepImageAspect,
                 &b.m_selectedMode,
+                &b.m_drawImageBehindNormal,
                 &b.m_protected,
                 &b.m_fillMode};
     }

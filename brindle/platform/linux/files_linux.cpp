@@ -3,7 +3,6 @@
 // Cannot: read or replace anything but regular files (folders, pipes and devices are refused without waiting
 // on them); keep the owner of a file it replaces when the process may not give files away; keep processes of other
 // machines out of an update on a file system that does not share locks.
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -21,6 +20,8 @@
 #include "brindle/platform/backend.h"
 #include "brindle/platform/host_path.h"
 #include "brindle/platform/linux/file_descriptor.h"
+#include "brindle/platform/linux/file_stamp_linux.h"
+#include "brindle/platform/linux/folder_listings.h"
 #include "brindle/platform/system_text.h"
 
 namespace brindle {
@@ -68,6 +69,8 @@ Result NoPath(std::string_view hostPath) {
 
 class LinuxFolderView final : public FolderView {
   public:
+    explicit LinuxFolderView(FolderListings& listings) : m_listings(listings) {}
+
     bool HasEntry(const std::string& systemPath) override {
         struct stat status {};
         return stat(systemPath.c_str(), &status) == 0;
@@ -75,15 +78,16 @@ class LinuxFolderView final : public FolderView {
 
     void ForEachName(const std::string& folder,
                      const std::function<void(std::string_view)>& callback) override {
-        const std::unique_ptr<DIR, int (*)(DIR*)> open(opendir(folder.c_str()), &closedir);
-        if (!open) return;
-        while (const dirent* entry = readdir(open.get())) callback(entry->d_name);
+        m_listings.ForEachName(folder, callback);
     }
 
     std::string CurrentFolder() override {
         const std::unique_ptr<char, void (*)(void*)> folder(getcwd(nullptr, 0), &std::free);
         return folder && *folder == '/' ? folder.get() : "";
     }
+
+  private:
+    FolderListings& m_listings;
 };
 
 class LinuxKeptDirectory final : public KeptDirectory {
@@ -207,7 +211,7 @@ std::string BehindLink(const std::string& path) {
 class LinuxFiles final : public Files {
   public:
     bool Exists(std::string_view hostPath) override {
-        LinuxFolderView view;
+        LinuxFolderView view(m_listings);
         return m_paths.Find(view, hostPath, false).exists;
     }
 
@@ -264,17 +268,7 @@ class LinuxFiles final : public Files {
     bool Stamp(std::string_view hostPath, FileStamp& stamp) override {
         struct stat status {};
         if (!Status(hostPath, status) || !S_ISREG(status.st_mode)) return false;
-        const auto number = [](auto value) { return static_cast<std::uint64_t>(value); };
-        const auto moment = [&](const timespec& at) {
-            return number(at.tv_sec) * 1'000'000'000 + number(at.tv_nsec);
-        };
-        stamp.marks = {number(status.st_dev),  number(status.st_ino),  number(status.st_size),
-                       moment(status.st_mtim), moment(status.st_ctim), number(status.st_mode)};
-        // The coarsest file systems count in steps of two seconds. Every change, whatever time it claims for
-        // itself, sets the time of change of the status.
-        timespec now{};
-        clock_gettime(CLOCK_REALTIME_COARSE, &now);
-        stamp.settled = now.tv_sec - status.st_ctim.tv_sec > 3;
+        stamp = StampOf(status, StampSeconds());
         return true;
     }
 
@@ -284,7 +278,7 @@ class LinuxFiles final : public Files {
     }
 
     std::string CurrentDirectory() override {
-        LinuxFolderView view;
+        LinuxFolderView view(m_listings);
         std::string hostPath;
         FromSystemText(view.CurrentFolder(), hostPath);
         return hostPath;
@@ -299,7 +293,7 @@ class LinuxFiles final : public Files {
     std::unique_ptr<KeptDirectory> KeepDirectory() override { return std::make_unique<LinuxKeptDirectory>(); }
 
     std::string SystemPath(std::string_view hostPath, bool forCreation) override {
-        LinuxFolderView view;
+        LinuxFolderView view(m_listings);
         return m_paths.Resolve(view, hostPath, forCreation);
     }
 
@@ -342,7 +336,7 @@ class LinuxFiles final : public Files {
 
     // The file as reading finds it, else as it would be made.
     std::string ExistingOrNew(std::string_view hostPath) {
-        LinuxFolderView view;
+        LinuxFolderView view(m_listings);
         HostPaths::Found found = m_paths.Find(view, hostPath, false);
         return found.exists ? std::move(found.path) : SystemPath(hostPath, true);
     }
@@ -351,7 +345,7 @@ class LinuxFiles final : public Files {
     bool Status(std::string_view hostPath, struct stat& status) {
         const bool plain = hostPath.starts_with('/') && hostPath.find('\0') == hostPath.npos;
         if (plain && stat(ToSystemText(hostPath).c_str(), &status) == 0) return true;
-        LinuxFolderView view;
+        LinuxFolderView view(m_listings);
         const HostPaths::Found found = m_paths.Find(view, hostPath, false);
         return found.exists && stat(found.path.c_str(), &status) == 0;
     }
@@ -363,6 +357,7 @@ class LinuxFiles final : public Files {
     }
 
     HostPaths m_paths;
+    FolderListings m_listings;
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include "host/behaviours_file.h"
 
 #include <brindle/behaviour/behaviour.h>
+#include <brindle/behaviour/traveral_funct.h>
 #include <brindle/xml/xml_writer.h>
 
 #include <deque>
@@ -57,6 +58,24 @@ class Present {
     std::unordered_map<std::string, std::deque<CCommandBehaviour*>> m_byText;
 };
 
+// Ends the repeats that a behaviour started: left to its destruction they would never run again, but hold their
+// events for as long as the list lives.
+class RepeatsEnder final : public TraveralFunct {
+  public:
+    explicit RepeatsEnder(CCommandBehaviourList& list) : m_list(list) {}
+    void operator()(CCommandTreeItem* item) const override {
+        if (const auto* trigger = dynamic_cast<const CCommandTrigger*>(item)) m_list.CancelRepeats(trigger);
+    }
+
+  private:
+    CCommandBehaviourList& m_list;
+};
+
+void EndRepeats(CCommandBehaviour& behaviour, CCommandBehaviourList& list) {
+    behaviour.Init();  // no trigger's condition holds any more
+    behaviour.Traverse(RepeatsEnder(list));
+}
+
 // New behaviours learn that the run began, as all do at its start.
 void Begin(const std::vector<CCommandBehaviour*>& behaviours, SiteObject& object, RunState& state) {
     const CCommandEvent* start = new StartEvent;
@@ -85,14 +104,14 @@ void Exchange(SiteObject& object, CCommandBehaviourList& fresh, const std::strin
     for (CCommandBehaviour* behaviour : old) list.Remove(behaviour);
     for (CCommandBehaviour* behaviour : added) fresh.Remove(behaviour);
     for (CCommandBehaviour* behaviour : order) list.Add(behaviour);
-    auto removed = present.TakeRest();
+    const auto removed = present.TakeRest();
     RunRecord record = ReloadRecord(state, path);
     record["object"] = TextToUtf8(object.plan.name);
     record["kept"] = order.size() - added.size();
     record["added"] = added.size();
     record["removed"] = removed.size();
-    removed.clear();  // ends their repeats
     state.sink.Write(record);
+    for (const auto& behaviour : removed) EndRepeats(*behaviour, list);
     Begin(added, object, state);
 }
 

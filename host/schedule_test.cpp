@@ -167,7 +167,9 @@ TEST(ScheduleTrigger, FiresOnceAtTheStartAndNeverEnds) {
     EXPECT_EQ(trigger.GetNextTime(), 10) << "counted from whole seconds: a late timer does not add up";
     clock.MoveTo(13'000);
     EXPECT_EQ(trigger.GetNextTime(), 7);
+    EXPECT_TRUE(trigger.Retest(start)) << "it goes on";
     CCommandTrigger* copy = trigger.Replicate();
+    EXPECT_FALSE(copy->Retest(start)) << "not armed";
     EXPECT_EQ(copy->Test(start), CCommandTrigger::kFired) << "a copy has not begun";
     trigger.Init();
     EXPECT_EQ(trigger.Test(start), CCommandTrigger::kFired);

@@ -16,7 +16,7 @@ int ScheduleTrigger::Test(const CCommandEvent* event) {
 }
 
 bool ScheduleTrigger::Retest(const CCommandEvent*) const {
-    return true;
+    return m_armed;
 }
 
 void ScheduleTrigger::Init() {

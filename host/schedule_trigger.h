@@ -17,7 +17,7 @@ class ScheduleTrigger final : public HostTrigger<ScheduleTrigger, CTimeBasedTrig
     static constexpr const char* kTypeText = CTimeBasedTrigger::kTypeText;  // the engine compares it
 
     int Test(const CCommandEvent* event) override;
-    // A repeat of a schedule never ends.
+    // A repeat of a schedule goes on until the trigger is reset.
     bool Retest(const CCommandEvent* event) const override;
     void Init() override;
     int GetNextTime() const override;

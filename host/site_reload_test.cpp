@@ -11,6 +11,7 @@
 #include "host/register_types.h"
 #include "host/run_context.h"
 #include "host/run_data.h"
+#include "host/site_check.h"
 #include "host/site_reloader.h"
 #include "host/virtual_clock.h"
 #include "host/written_site_test.h"
@@ -183,6 +184,25 @@ TEST_F(SiteReload, KeptBehavioursKeepTheirRepeatsAndOthersLoseThem) {
     EXPECT_EQ(CCommandBehaviourList::GetNextDue(), UINT64_MAX);
 }
 
+TEST_F(SiteReload, WhatEndsLeavesNoRepeatInTheList) {
+    const std::string schedule =
+        "<Behaviour><TriggerList><TimeBasedTrigger Every='5'/></TriggerList><ActionList>"
+        "<WriteLogAction Text='tick'/></ActionList></Behaviour>";
+    const std::string rule = "<Behaviour><TriggerList><RuleTrigger Rule='1 = 1'/></TriggerList><ActionList>" +
+                             std::string(kBell) + "</ActionList></Behaviour>";
+    m_written.Write("behaviours/a.xml", List(""));
+    Start();
+    for (int i = 0; i < 3; ++i) {
+        m_written.Write("behaviours/a.xml", List(schedule + rule + Behaviour("0001:01:01", kBell)));
+        EXPECT_EQ(Look(), "a kept 0 added 3 removed 0");
+        Report("0001:01:01", 1);
+        EXPECT_EQ(Object().list.GetRepeatCount(), 3);
+        m_written.Write("behaviours/a.xml", List(""));
+        EXPECT_EQ(Look(), "a kept 0 added 0 removed 3");
+        EXPECT_EQ(Object().list.GetRepeatCount(), 0);
+    }
+}
+
 TEST_F(SiteReload, NewBehavioursBeginAsAtTheStart) {
     Start();
     m_written.Write(
@@ -198,6 +218,18 @@ TEST_F(SiteReload, NewBehavioursBeginAsAtTheStart) {
             logs += record["text"].get<std::string>() + record["object"].get<std::string>();
     EXPECT_NE(logs.find("true"), std::string::npos) << "a rule that is true fires";
     EXPECT_EQ(Object().list.GetRepeatCount(), 1) << "the schedule is armed";
+}
+
+TEST_F(SiteReload, AWarningOfTheCheckKeepsNothingFromTakingOver) {
+    Start();
+    const std::string bell = "<RunCommandAction Command='/bin/echo %c'/>";
+    m_written.Write("behaviours/a.xml", List(Behaviour("0001:01:01", bell)));
+    Problems problems;
+    CheckFileOfSite(m_site.plan, m_written.Path("behaviours/a.xml"), problems);
+    ASSERT_EQ(problems.size(), 1U) << "a caption fills in a command";
+    ASSERT_TRUE(problems[0].warning) << problems[0].text;
+    EXPECT_EQ(Look(), "a kept 0 added 1 removed 1");
+    EXPECT_TRUE(m_lines.warnings.empty()) << m_lines.warnings[0];
 }
 
 TEST_F(SiteReload, ABrokenFileIsReportedOnceAndTheOldOneStays) {

@@ -98,6 +98,7 @@ void SiteReloader::Look() {
 void SiteReloader::Reload(ReloadedFile& file, const HostFileMarks& marks) {
     Problems problems;
     CheckFileOfSite(m_state.site.plan, file.Path(), problems);
+    std::erase_if(problems, [](const Problem& problem) { return problem.warning; });
     if (problems.empty()) file.Read(problems);
     if (MarksOfHostFile(file.Path()) != marks) return;  // it changed meanwhile: the next look reads it
     file.SetKnown(marks);

@@ -3,8 +3,8 @@
 // only.
 //
 // A quarter of a second after the last change every file whose marks differ is checked and read into fresh objects,
-// and read again later if it changed meanwhile. A file takes over only if the check finds nothing; otherwise its first
-// problem is reported and what was read before stays.
+// and read again later if it changed meanwhile. A file takes over only if the check finds nothing but
+// warnings; otherwise its first problem is reported and what was read before stays.
 //
 // Thread: the run's; the monitor's own thread only notes the time and wakes the run.
 #pragma once

@@ -10,7 +10,7 @@
 
 namespace brindle {
 
-class TimerQueue {
+class BRINDLE_API TimerQueue {
   public:
     void Start(UiTimerTarget& target, std::uint64_t id, std::uint32_t milliseconds, std::uint64_t now);
     void Stop(const UiTimerTarget& target, std::uint64_t id) noexcept;
@@ -39,10 +39,10 @@ class TimerQueue {
     int m_running = 0;  // calls of RunDue in progress
 };
 
-// The calling thread's queue, for backends that have no event loop of their own. It is there while it has timers, so
-// that nothing is left to the end of the thread.
-TimerQueue* ThreadTimers() noexcept;  // null: none
+// The calling thread's queue, one whatever loop runs it. It is there while it has timers, so that nothing is left to
+// the end of the thread.
+BRINDLE_API TimerQueue* ThreadTimers() noexcept;  // null: none
 TimerQueue& MakeThreadTimers();
-void DropThreadTimersAtRest() noexcept;
+BRINDLE_API void DropThreadTimersAtRest() noexcept;
 
 }  // namespace brindle

@@ -35,7 +35,7 @@ class UiTimer {
 };
 
 // What the linked backend provides.
-UiTimer& BackendUiTimer() noexcept;
+BRINDLE_API UiTimer& BackendUiTimer() noexcept;
 
 BRINDLE_API UiTimer& CurrentUiTimer() noexcept;
 // Installs a service (not owned; null: the backend's again). Returns the one installed before, or null.

@@ -8,6 +8,7 @@
 
 #include "brindle/platform/qt/images_qt.h"
 #include "brindle/platform/qt/painter_surface.h"
+#include "brindle/platform/qt/ui_timer_qt.h"
 #include "brindle/platform/screen.h"
 
 namespace brindle {
@@ -44,9 +45,11 @@ PainterContext::PainterContext(QPainter& painter)
 
 PainterContext::~PainterContext() = default;
 
-void InstallQtServices() noexcept {
+void InstallQtServices() {
     SetScreen(&g_screen);
     SetImages(&QtImages());
+    SetUiTimer(&QtUiTimer());
+    RearmQtTimers();
 }
 
 }  // namespace brindle

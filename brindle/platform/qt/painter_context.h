@@ -37,8 +37,9 @@ class BRINDLE_API PainterContext {
     CDC m_dc;
 };
 
-// Puts Qt's services in place for the whole process: the resolution of the primary screen, pictures. May be called
-// again.
-BRINDLE_API void InstallQtServices() noexcept;
+// Puts Qt's services in place for the whole process: the resolution of the primary screen, pictures, and timers that
+// tick in Qt's event loop (without an application object they stay in the plain one). May be called again; best once
+// the application object is made.
+BRINDLE_API void InstallQtServices();
 
 }  // namespace brindle

@@ -11,6 +11,8 @@
 #include "brindle/platform/images.h"
 #include "brindle/platform/qt/painter_context.h"
 #include "brindle/platform/screen.h"
+#include "brindle/platform/ui_timer.h"
+#include "brindle/util/run_loop.h"
 #include "testing/picture_bytes.h"
 
 namespace brindle {
@@ -54,6 +56,25 @@ TEST(PainterWithoutApplication, PicturesAreDecodedAndDrawn) {
         EXPECT_EQ(image.pixel(0, 0), 0xFFFFFFFFu);
         EXPECT_EQ(image.pixel(1, 0), 0xFF000000u);
     }
+    SetImages(nullptr);
+    SetScreen(nullptr);
+}
+
+TEST(PainterWithoutApplication, TimersTickInThePlainLoop) {
+    ASSERT_EQ(QCoreApplication::instance(), nullptr);
+    InstallQtServices();
+    class Target final : public UiTimerTarget {
+      public:
+        void OnTick(std::uint64_t id) override { ticked = id; }
+        std::uint64_t ticked = 0;
+    } target;
+    ASSERT_TRUE(CurrentUiTimer().Start(target, 7, 1));
+    RunLoop loop;
+    constexpr std::uint32_t kLongest = 60'000;
+    EXPECT_EQ(loop.RunOnce(kLongest), 1);
+    EXPECT_EQ(target.ticked, 7u);
+    CurrentUiTimer().StopAll(target);
+    SetUiTimer(nullptr);
     SetImages(nullptr);
     SetScreen(nullptr);
 }

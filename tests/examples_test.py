@@ -75,6 +75,7 @@ class ExamplesTest(unittest.TestCase):
 
     def test_snmp_poll_of_the_station(self):
         deadline = time.monotonic() + DEADLINE
+        answer = None
         while time.monotonic() < deadline:
             port = free_port()  # somebody else may take it before the agent does: then again
             # The folder is the agent's own temporary one; timeout ends it also when this test is killed.
@@ -82,12 +83,12 @@ class ExamplesTest(unittest.TestCase):
                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL) as agent:
                 try:
                     while agent.poll() is None and time.monotonic() < deadline:
-                        result = run("snmp_poll", f"127.0.0.1:{port}", "1.3.6.1.4.1.8072.9999.1.1")
-                        if not result.stdout.startswith("no answer"):
-                            return self.expect(result, "1000\n" * 3)
+                        answer = run("snmp_poll", f"127.0.0.1:{port}", "1.3.6.1.4.1.8072.9999.1.1")
+                        if "no answer" not in answer.stdout:  # the agent may still be starting
+                            return self.expect(answer, "1000\n" * 3)
                 finally:
                     agent.terminate()
-        self.fail("the station's agent does not answer")
+        self.fail(f"the station's agent does not answer: {answer}")
 
     def test_file_watch(self):
         path = self.folder / "watched.txt"

@@ -1,5 +1,5 @@
-// A desktop host on Qt: a window with a caption and a button of the library. The window tells the button of the mouse and
-// acts on its clicks. usage: qt_widget [PICTURE]      with PICTURE: clicks once, draws itself into that file, and ends
+// A desktop host on Qt: a window with a caption and a button of the library. The window tells the button of the mouse
+// and acts on its clicks. usage: qt_widget [PICTURE]      with PICTURE: clicks once, draws itself into it, and ends
 #include <brindle/brindle.h>
 #include <brindle/platform/qt/painter_context.h>
 

@@ -7,6 +7,7 @@
 
 #include "brindle/framework/export.h"
 
+// Hears the ticks between StartFlashTimer and EndFlashTimer.
 class BRINDLE_API CFlashCallBack {
   public:
     CFlashCallBack() = default;

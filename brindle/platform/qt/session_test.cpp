@@ -1,18 +1,33 @@
-// A session with a list of buttons in a scroll panel, as a host on Qt has it: pressed, scrolled by the arrows, dragged
-// by the thumb, drawn larger. Each step is checked by pixels, and all of them go to a sheet in the test's folder.
+// Sessions with a list of buttons in a scroll panel, as a host on Qt has it: pressed, scrolled by the arrows, dragged by
+// the thumb, drawn larger; and blinking, with a moving picture. Each step is checked by pixels, and all of them go to a
+// sheet in the test's folder.
 #include <gtest/gtest.h>
 
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDeadlineTimer>
 #include <QtGui/QImage>
 #include <QtGui/QPainter>
+#include <fstream>
 #include <string>
 #include <vector>
 
+#include "brindle/platform/fake/clock_fake.h"
+#include "brindle/platform/images.h"
+#include "brindle/platform/qt/images_qt.h"
 #include "brindle/platform/qt/painter_context.h"
 #include "brindle/platform/qt/qt_test_application.h"
+#include "brindle/platform/qt/ui_timer_qt.h"
+#include "brindle/platform/service.h"
+#include "brindle/platform/timer_queue.h"
+#include "brindle/util/timer.h"
+#include "brindle/widgets/animation_update_controller.h"
+#include "brindle/widgets/animation_update_target.h"
 #include "brindle/widgets/button.h"
+#include "brindle/widgets/flash_timer.h"
 #include "brindle/widgets/rectangle.h"
 #include "brindle/widgets/scroll_panel.h"
 #include "brindle/widgets/widget_list.h"
+#include "testing/picture_bytes.h"
 
 namespace brindle {
 namespace {
@@ -137,6 +152,121 @@ TEST(Session, ButtonsInAScrollPanel) {
     EXPECT_EQ(large.pixel(194, 120), kTrack) << "a bar of 30";
     EXPECT_TRUE(Same(start, host.Shot("as before"), {0, 0, kWidth, kHeight}));
     host.WriteSheet("session.png");
+}
+
+// What a host does about alarms and moving pictures.
+class Blinking final : public CFlashCallBack {
+  public:
+    explicit Blinking(OV::Button& button) : m_button(button) {}
+    void OnFlash(int state) override { m_button.SetSelected(state != 0); }
+
+  private:
+    OV::Button& m_button;
+};
+
+class Moving final : public CAnimationUpdateTarget {
+  public:
+    explicit Moving(OV::Button& button) : m_button(button) {}
+    void DoUpdate(unsigned int now, std::uint64_t& nextDue) override {
+        unsigned int delay = 0;
+        m_button.UpdateAnimation(OV::Button::ImageNormal, now, delay);
+        nextDue = SystemMilliseconds() + delay;
+    }
+
+  private:
+    OV::Button& m_button;
+};
+
+class AnimationTimer final : public CTimer {
+  public:
+    void Arm() {
+        unsigned int wait = 0;
+        KillTimer(1);
+        if (CAnimationUpdateController::GetInstance().NeedsUpdate(wait)) CreateTimer(1, wait);
+    }
+
+  protected:
+    void OnTimer(std::uint64_t) override {
+        CAnimationUpdateController::GetInstance().DoUpdate();
+        Arm();
+    }
+};
+
+// Qt's loop on a clock that stands still.
+class Time {
+  public:
+    Time() { testing::NeedQtApplication(); }
+    void Pass(std::uint64_t milliseconds) {
+        m_clock.AdvanceMilliseconds(milliseconds);
+        RearmQtTimers();
+        const QDeadlineTimer deadline(60'000);
+        do {
+            QCoreApplication::processEvents();
+        } while (IsDue() && !deadline.hasExpired());
+        EXPECT_FALSE(IsDue());
+    }
+
+  private:
+    bool IsDue() {
+        const TimerQueue* timers = ThreadTimers();
+        const auto next = timers ? timers->NextDue() : std::nullopt;
+        return next && *next <= m_clock.MonotonicMilliseconds();
+    }
+    FakeClock m_clock;
+    ScopedService<Clock> m_installedClock{&SetClock, m_clock};
+    ScopedService<UiTimer> m_installedTimer{&SetUiTimer, QtUiTimer()};
+    ScopedService<Images> m_installedImages{&SetImages, QtImages()};
+};
+
+TEST(Session, AlarmsBlinkAndPicturesMove) {
+    Time time;
+    Host host;
+    const std::string picture = ::testing::TempDir() + "moving.gif";
+    std::ofstream(picture, std::ios::binary) << testing::GifBytes(36, 36, {{1, 10}, {3, 20}});  // red, white
+    ASSERT_TRUE(host.Item(2).SetImage(picture.c_str(), OV::Button::ImageNormal));
+    const QRect alarm(20, 30, 180, 40), moving(20, 114, 180, 40), others(20, 72, 180, 42);
+    const QImage start = host.Shot("start: quiet, red");
+
+    Blinking blinking(host.Item(0));
+    ASSERT_EQ(StartFlashTimer(&blinking), 1);
+    Moving target(host.Item(2));
+    CAnimationUpdateController::GetInstance().Register(&target);
+    AnimationTimer timer;
+    timer.Arm();
+
+    struct Row {
+        const char* label;
+        std::uint64_t pass;
+        bool lit, white;
+    };
+    const std::vector<Row> rows = {
+        {"1 ms: the second frame", 1, false, true},
+        {"200 ms", 199, false, true},
+        {"201 ms: the first again", 1, false, false},
+        {"301 ms: the second", 100, false, true},
+        {"500 ms: lit", 199, true, true},
+        {"501 ms: the first", 1, true, false},
+        {"999 ms: still lit", 498, true, true},
+        {"1000 ms: quiet", 1, false, true},
+    };
+    QImage lit, white;
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.label);
+        time.Pass(row.pass);
+        const QImage shot = host.Shot(row.label);
+        EXPECT_EQ(Same(shot, start, alarm), !row.lit);
+        EXPECT_EQ(Same(shot, start, moving), !row.white);
+        EXPECT_TRUE(Same(shot, start, others)) << "nothing else changes";
+        EXPECT_TRUE(Same(shot, start, kBar));
+        if (row.lit && lit.isNull()) lit = shot;
+        if (row.white && white.isNull()) white = shot;
+        EXPECT_TRUE(!row.lit || Same(shot, lit, alarm)) << "every time the same";
+        EXPECT_TRUE(!row.white || Same(shot, white, moving));
+    }
+    EXPECT_EQ(EndFlashTimer(&blinking), 1);
+    time.Pass(500);
+    EXPECT_TRUE(Same(host.Shot("blinks no more"), start, alarm));
+    host.WriteSheet("blinking.png");
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
-// Sessions with a list of buttons in a scroll panel, as a host on Qt has it: pressed, scrolled by the arrows, dragged by
-// the thumb, drawn larger; and blinking, with a moving picture. Each step is checked by pixels, and all of them go to a
-// sheet in the test's folder.
+// Sessions with a list of buttons in a scroll panel, as a host on Qt has it: pressed, scrolled by the arrows, dragged
+// by the thumb, drawn larger; and blinking, with a moving picture. Each step is checked by pixels, and all of them go
+// to a sheet in the test's folder.
 #include <gtest/gtest.h>
 
 #include <QtCore/QCoreApplication>

@@ -57,6 +57,13 @@ for file in man/man1/brindle.1.gz bash-completion/completions/brindle zsh/vendor
     [[ -s $root/usr/share/$file ]] || fail "$file is missing"
 done
 
+if [[ -e $root/usr/bin/brindle-map ]]; then
+    for file in man/man1/brindle-map.1.gz bash-completion/completions/brindle-map zsh/vendor-completions/_brindle-map \
+        applications/brindle-map.desktop icons/hicolor/scalable/apps/brindle-map.svg; do
+        [[ -s $root/usr/share/$file ]] || fail "$file is missing"
+    done
+fi
+
 quietly "$cmake" -S "$source/examples" -B "$work/examples" -G Ninja -DCMAKE_PREFIX_PATH="$root/usr" \
     -DCMAKE_CXX_COMPILER="$compiler"
 grep -qF "brindle_DIR:PATH=$root/" "$work/examples/CMakeCache.txt" || fail "the examples use another brindle"

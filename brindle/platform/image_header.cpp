@@ -47,6 +47,10 @@ Result CheckLimits(const ImageHeader& header) {
     if (pixels > kMostFramePixels)
         return ImageFault(header.kind, ErrorCode::kLimit,
                           size + ": there may be at most " + Number(kMostFramePixels) + " pixels");
+    if (header.frames > kMostImageFrames)
+        return ImageFault(
+            header.kind, ErrorCode::kLimit,
+            "of " + Number(header.frames) + " frames: there may be at most " + Number(kMostImageFrames));
     if (pixels * header.frames > kMostImagePixels)
         return ImageFault(header.kind, ErrorCode::kLimit,
                           size + " with " + Number(header.frames) + " frames: they may have at most " +

@@ -20,6 +20,7 @@ constexpr std::size_t kMostImageBytes = 64u << 20;
 constexpr std::uint32_t kLargestImageSide = 16384;       // in pixels
 constexpr std::uint64_t kMostFramePixels = 32ull << 20;  // 128 MiB decoded
 constexpr std::uint64_t kMostImagePixels = 64ull << 20;  // of all frames together
+constexpr std::uint32_t kMostImageFrames = 10'000;
 constexpr int kMostJpegScans = 100;  // each makes the decoder go through the whole picture
 
 enum class ImageKind { kPng, kGif, kJpeg, kBmp, kIcon };
@@ -34,6 +35,7 @@ struct ImageHeader {
     std::vector<std::uint32_t>
         delays;  // one for each frame, in 1/100 s; empty: none are given, or there is one frame
     std::uint32_t picture = 0;  // of an icon: the index of the one to take
+    std::string_view png;       // of an icon whose picture is one: that, a part of the file's bytes
 };
 
 // Fails as Images::Decode does; `header` then holds anything.

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "brindle/platform/image_kinds.h"
 #include "testing/picture_bytes.h"
 
 namespace brindle {
@@ -91,6 +92,44 @@ TEST(ImageHeader, Png) {
         {"a width of 4 Gi", With(png, 16, "\xFF\xFF\xFF\xFF"),
          "PNG picture: of 4294967295 x 1: no side may be longer than 16384"},
     });
+}
+
+TEST(ImageHeader, OfAPngOnlyWhatDecidesItsLookIsDecoded) {
+    const std::string png = PngBytes(1, 1, {0x12345678});
+    const auto chunk = [](const std::string& typeAndData) {
+        return "\0\0\0"s + static_cast<char>(typeAndData.size() - 4) + typeAndData + "sum.";
+    };
+    constexpr std::size_t kFirst = 8 + 25;  // behind the header
+    const auto with = [&](const std::string& more) {
+        return png.substr(0, kFirst) + more + png.substr(kFirst);
+    };
+    struct Case {
+        const char* label;
+        std::string bytes, expected;
+    };
+    const std::vector<Case> rows = {
+        {"nothing else", png, png},
+        {"texts and profiles", with(chunk("zTXtx") + chunk("iCCPxy") + chunk("tEXt")), png},
+        {"transparency stays", with(chunk("tRNSx")), with(chunk("tRNSx"))},
+        {"unknown critical ones stay", with(chunk("ABCDx")), with(chunk("ABCDx"))},
+        {"behind the end nothing counts", png + chunk("tRNSx"), png},
+        {"cut", png.substr(0, png.size() - 1), png.substr(0, png.size() - 12)},
+    };
+    for (const Case& row : rows) {
+        SCOPED_TRACE(row.label);
+        EXPECT_EQ(PngEssentials(row.bytes), row.expected);
+    }
+}
+
+TEST(ImageHeader, FramesHaveALimit) {
+    const std::string head = GifBytes(1, 1, {}), image = GifBytes(1, 1, {{1, -1}});
+    const std::string frame = image.substr(head.size() - 1, image.size() - head.size());
+    std::string bytes = head.substr(0, head.size() - 1);
+    for (int i = 0; i < 10'000; ++i) bytes += frame;
+    EXPECT_EQ(Told(bytes), "GIF 1x1 frames 10000");
+    bytes += frame;
+    EXPECT_EQ(Told(bytes), "GIF picture: of 10001 frames: there may be at most 10000");
+    EXPECT_EQ(Told(bytes, ImageFrames::kFirst), "GIF 1x1");
 }
 
 TEST(ImageHeader, Jpeg) {

@@ -98,7 +98,10 @@ Result ScanIconPicture(std::string_view bytes, const IconEntry& entry, ImageHead
     if (entry.offset > bytes.size() || entry.size > bytes.size() - entry.offset)
         return ImageEndsEarly(ImageKind::kIcon);
     const std::string_view picture = bytes.substr(entry.offset, entry.size);
-    if (picture.starts_with(kPngStart)) return ScanPng(picture, header);
+    if (picture.starts_with(kPngStart)) {
+        header.png = picture;
+        return ScanPng(picture, header);
+    }
     ByteReader reader(picture);
     BmpFormat format;
     if (Result result = ReadBmpFormat(reader, ImageKind::kIcon, format); !result.ok()) return result;
@@ -128,6 +131,24 @@ Result ScanPng(std::string_view bytes, ImageHeader& header) {
         if (reader.ok() && type == "IEND") return {};
     }
     return ImageEndsEarly(ImageKind::kPng);
+}
+
+std::string PngEssentials(std::string_view bytes) {
+    constexpr std::size_t kAroundData = 12;  // size, type, check sum
+    std::string essentials(kPngStart);
+    ByteReader reader(bytes, kPngStart.size());
+    while (!reader.AtEnd() && reader.ok()) {
+        const std::size_t begin = reader.Position();
+        const std::uint32_t size = reader.Big32();
+        const std::string_view type = reader.Take(4);
+        reader.Skip(size);
+        reader.Skip(4);
+        if (!reader.ok()) break;
+        const bool critical = type[0] >= 'A' && type[0] <= 'Z';
+        if (critical || type == "tRNS") essentials += bytes.substr(begin, size + kAroundData);
+        if (type == "IEND") break;
+    }
+    return essentials;
 }
 
 Result ScanJpeg(std::string_view bytes, ImageHeader& header) {

@@ -2,6 +2,7 @@
 // kind does, and fills in the size; limits of size are the caller's business. Internal.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "brindle/platform/image_header.h"
@@ -12,6 +13,10 @@ Result ScanPng(std::string_view bytes, ImageHeader& header);
 Result ScanJpeg(std::string_view bytes, ImageHeader& header);
 Result ScanBmp(std::string_view bytes, ImageHeader& header);
 Result ScanIcon(std::string_view bytes, ImageHeader& header);
+
+// A sound PNG with only those chunks that decide how it looks, for decoders: texts and profiles that unfold to a
+// thousand times their size are left out.
+BRINDLE_API std::string PngEssentials(std::string_view bytes);
 
 // "PNG picture: WHAT".
 BRINDLE_API Result ImageFault(ImageKind kind, ErrorCode code, std::string_view what);

@@ -6,6 +6,7 @@
 #include <QtGui/QImage>
 #include <QtGui/QImageReader>
 #include <cstring>
+#include <string>
 #include <utility>
 
 #include "brindle/platform/image_header.h"
@@ -51,11 +52,15 @@ class QtImageReaders final : public Images {
     Result Decode(std::string_view bytes, ImageFrames wanted, Image& image) override {
         ImageHeader header;
         if (Result result = ReadImageHeader(bytes, wanted, header); !result.ok()) return result;
+        std::string essentials;
+        const std::string_view png = header.kind == ImageKind::kPng ? bytes : header.png;
+        if (!png.empty()) bytes = essentials = PngEssentials(png);
         QByteArray data = QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size()));
         QBuffer buffer(&data);
-        QImageReader reader(&buffer, QtFormat(header.kind));
+        QImageReader reader(&buffer, png.empty() ? QtFormat(header.kind) : "png");
         reader.setAutoDetectImageFormat(false);
-        if (header.kind == ImageKind::kIcon) reader.jumpToImage(static_cast<int>(header.picture));
+        if (header.kind == ImageKind::kIcon && png.empty())
+            reader.jumpToImage(static_cast<int>(header.picture));
         Image decoded;
         decoded.width = static_cast<std::int32_t>(header.width);
         decoded.height = static_cast<std::int32_t>(header.height);

@@ -45,6 +45,13 @@ TEST(QtImages, ColoursAreThoseOfTheFile) {
     EXPECT_EQ(icon.pixels[0], 0xFF00FF00) << "the one of the usual size";
 }
 
+TEST(QtImages, APngInsideAnIconIsDecoded) {
+    const std::string png = testing::PngBytes(2, 1, {0xFF112233, 0x80FF0000});
+    std::string icon("\0\0\1\0\1\0\2\1\0\0\1\0\x20\0....\x16\0\0\0", 22);
+    icon.replace(14, 4, std::string(1, static_cast<char>(png.size())) + std::string(3, '\0'));
+    EXPECT_EQ(Decoded(icon + png).pixels, (std::vector<std::uint32_t>{0xFF112233, 0x80800000}));
+}
+
 TEST(QtImages, WhatTheHeaderPromisesAndTheRestDoesNotKeepIsRefused) {
     std::string png = testing::PngBytes(2, 2, std::vector<std::uint32_t>(4, 0xFF336699));
     png[8 + 25 + 12] = static_cast<char>(png[8 + 25 + 12] ^ 0x55);  // among the compressed pixels

@@ -194,6 +194,8 @@ TEST(RuleCompute, Comparisons) {
         {"1899-12-29T06:00:00", Operator::Less, "1899-12-29T18:00:00", "Bool TRUE"},
         {kDate, Operator::Less, "5", "Bool TRUE"},
         {"0001:02:03", Operator::Less, "0001:02:04", "Bool TRUE"},
+        {"0001:02:03", Operator::Less, "0001:02:03", "Bool FALSE"},
+        {"0001:02:03", Operator::Greater, "0001:02:03", "Bool FALSE"},
         {"FFFF:00:00", Operator::Greater, "0001:00:00", "Bool TRUE"},
         {"0001:02:03", Operator::Greater, "66051", "Bool FALSE"},
         {"0001:02:03", Operator::Greater, "66050", "Bool TRUE"},

@@ -116,6 +116,7 @@ TEST(HashFields, ExtractAddresses) {
         {"the same address twice", "#1:2:3,A##1:2:3,B#", {0x00010203, 0x00010203}},
         {"no comma", "#1:2:3#", {}},
         {"no address", "#zz,A#", {}},
+        {"a field without anything in it", "###1:2:3,A#", {0x00010203}},
         {"between the fields", "#a#1:2:3,b#c#", {}},
         {"open parts are 0", "#?:2:?,A#", {0x00000200}},
         {"all open", "#::,A#", {0}},

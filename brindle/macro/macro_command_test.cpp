@@ -10,6 +10,7 @@
 
 #include "brindle/address/full_address.h"
 #include "brindle/behaviour/action_files.h"
+#include "brindle/macro/macro_observer.h"
 #include "brindle/macro/recording_data_test.h"
 #include "brindle/macro/start_filter.h"
 #include "brindle/macro/substitute_path.h"
@@ -303,7 +304,7 @@ TEST_F(MacroCommand, MessagesBelongToTheOwner) {
 
 TEST_F(MacroCommand, ExpandsNamesToFiles) {
     m_files.Add("/Schem/b.txt", FakeFiles::Kind::kFile);
-    Ini("[SearchPath]\nS=C:\\none;C:\\Schem\n[CommandActions]\nFile=A file, $S$\\b.txt \nNo=\nQ=%c %n\n");
+    Ini("[SearchPath]\nS=C:\\none;C:\\Schem\n[CommandActions]\nFile=A file, $S$\\b.txt \nNo=\nQ=%c %n %q\n");
     struct Row {
         const char* label;
         const char* name;
@@ -319,7 +320,7 @@ TEST_F(MacroCommand, ExpandsNamesToFiles) {
         {"not a macro as a whole", "<File> x", "<File> x"},
         {"a path", "$S$\\b.txt", "C:\\Schem\\b.txt"},
         {"no candidate", "$S$\\c.txt", "C:\\none\\c.txt;C:\\Schem\\c.txt"},
-        {"fields; no numbers", "<Q>", "Cap %n"},
+        {"fields; no numbers", "<Q>", "Cap %n %q"},
         {"relative to the path", ".\\x", "C:\\P\\.\\x"},
         {"empty", "", ""},
         {"blanks", "   ", ""},
@@ -334,6 +335,67 @@ TEST_F(MacroCommand, ExpandsNamesToFiles) {
     EXPECT_EQ(ExpandMacroFileName(nullptr, std::string(5'000, 'x').c_str(), nullptr, "", "", "", "", 0, "")
                   .GetLength(),
               4'095);
+}
+
+class Observer final : public IMacroObserver {
+  public:
+    Observer() : m_before(RegisterMacroObserver(this)) {}
+    Observer(const Observer&) = delete;
+    Observer& operator=(const Observer&) = delete;
+    ~Observer() { RegisterMacroObserver(m_before); }
+    void OnMacro(const char* name, const char* definition) override {
+        seen.push_back(std::string("macro ") + name + "=" + (definition ? definition : "(none)"));
+    }
+    void OnSearchPath(const char* name, const char* directories) override {
+        seen.push_back(std::string("path ") + name + "=" + (directories ? directories : "(none)"));
+    }
+    void OnPass(int pass, const char* text) override {
+        seen.push_back("pass " + std::to_string(pass) + " " + text);
+    }
+    void OnEndless(const char* text) override { seen.push_back(std::string("endless ") + text); }
+    void OnCandidate(const char* candidate, bool exists) override {
+        seen.push_back((exists ? "there " : "not there ") + std::string(candidate));
+    }
+    void OnCommand(const char* command) override { seen.push_back(std::string("command ") + command); }
+
+    Texts seen;
+
+  private:
+    IMacroObserver* m_before;
+};
+
+TEST_F(MacroCommand, AnObserverSeesEveryStep) {
+    m_files.Add("/Schem/b.txt", FakeFiles::Kind::kFile);
+    Ini("[SearchPath]\nS=C:\\none;C:\\Schem\nE=$E$x\n[CommandActions]\nEditor=Text editor,notepad.exe\n");
+    struct Row {
+        const char* label;
+        const char* line;
+        Texts expected;
+    };
+    const std::vector<Row> rows = {
+        {"plain", "a x", {"pass 1 a x", "not there a x", "command a x"}},
+        {"a macro",
+         "<Editor> x",
+         {"macro Editor=notepad.exe", "pass 1 notepad.exe x", "not there notepad.exe x",
+          "command notepad.exe x"}},
+        {"an undefined macro",
+         "<Nope>",
+         {"macro Nope=(none)", "pass 1 <Nope>", "not there <Nope>", "command <Nope>"}},
+        {"a search path",
+         "a $S$\\b.txt",
+         {"path S=C:\\none;C:\\Schem", "pass 1 C:\\none\\b.txt;C:\\Schem\\b.txt", "not there C:\\none\\b.txt",
+          "there C:\\Schem\\b.txt", "command a C:\\Schem\\b.txt"}},
+    };
+    Observer observer;
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.label);
+        observer.seen.clear();
+        Run(row.line);
+        EXPECT_THAT(observer.seen, ElementsAreArray(row.expected));
+    }
+    observer.seen.clear();
+    Run("a $E$");
+    EXPECT_THAT(observer.seen, ::testing::Contains(::testing::StartsWith("endless ")));
 }
 
 class Filter final : public IStartFilter {

@@ -349,6 +349,10 @@ TEST_F(SubstitutePaths, FindsTheMacroFormOfAPath) {
     CStringA same = "C:\\A\\f";
     EXPECT_EQ(FindSubstitutePath("", same, same), kPathSubstitute);
     EXPECT_EQ(same, "$LIB$\\f");
+    m_files.Add("/there", FakeFiles::Kind::kFolder);
+    Ini("LIB=C:\\none;C:\\there");
+    EXPECT_EQ(FindSubstitutePath("", "C:\\there\\f", same), 0) << "nor when one of them exists";
+    EXPECT_EQ(same, "C:\\there\\f");
 }
 
 TEST_F(SubstitutePaths, FindsAmongMoreKeysThanOneChunkHolds) {

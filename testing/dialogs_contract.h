@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -77,6 +78,12 @@ class DialogsContract : public ::testing::TestWithParam<MakeDialogsRig> {
     DialogsRig& rig() { return *m_rig; }
     HWND Make(HWND owner = nullptr) { return service().Create(kRigDialog, owner, m_events); }
     HWND At(HWND window, unsigned control) { return service().Control(window, control); }
+
+    // Every letter that is typed may be a command of its own.
+    static std::vector<unsigned> Different(std::vector<unsigned> commands) {
+        commands.erase(std::unique(commands.begin(), commands.end()), commands.end());
+        return commands;
+    }
 
     RecordedEvents m_events;
 
@@ -157,7 +164,7 @@ TEST_P(DialogsContract, ARunTellsWhatTheUserDoes) {
     rig().Then([&] { rig().Type(At(window, kRigEdit), "typed"); });
     rig().Then([&] { service().EndModal(window, 42); });
     EXPECT_EQ(service().RunModal(window), 42);
-    EXPECT_EQ(m_events.commands, (std::vector<unsigned>{kRigButton, kRigEdit}));
+    EXPECT_EQ(Different(m_events.commands), (std::vector<unsigned>{kRigButton, kRigEdit}));
     EXPECT_EQ(service().Text(At(window, kRigEdit)), "typed");
     service().Destroy(window);
 }
@@ -304,7 +311,7 @@ TEST_P(DialogsContract, ASheetOffersApplyForWhatWasChanged) {
     rig().Then([&] { rig().PressInSheet(kControlCancel); });
     EXPECT_EQ(service().RunSheet(nullptr, "Sheet", {{page, ""}}, 9, sheet), 2);
     EXPECT_EQ(sheet.log, "enter0 leave0 apply cancelled ");
-    EXPECT_EQ(events.commands, std::vector<unsigned>{kRigEdit});
+    EXPECT_EQ(Different(events.commands), std::vector<unsigned>{kRigEdit});
     service().Destroy(page);
 }
 

@@ -12,7 +12,7 @@ namespace brindle {
 
 Clock& BackendClock() noexcept;
 CodePage& BackendCodePage() noexcept;
-Desktop& BackendDesktop() noexcept;
+BRINDLE_API Desktop& BackendDesktop() noexcept;
 Files& BackendFiles() noexcept;
 Programs& BackendPrograms() noexcept;
 

@@ -31,7 +31,7 @@ class CodePage {
     ~CodePage() = default;  // never destroyed through this interface
 };
 
-CodePage& CurrentCodePage() noexcept;
+BRINDLE_API CodePage& CurrentCodePage() noexcept;
 // Installs a service (not owned; null: the backend's again). Returns the one installed before, or null.
 CodePage* SetCodePage(CodePage* service) noexcept;
 

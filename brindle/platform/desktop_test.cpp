@@ -1,4 +1,4 @@
-// The desktop of a program without one, the fake one, and the slot.
+// The desktop of a program without one, the contract over the fake one, and the slot.
 #include "brindle/platform/desktop.h"
 
 #include <gtest/gtest.h>
@@ -9,6 +9,7 @@
 #include "brindle/platform/backend.h"
 #include "brindle/platform/fake/desktop_fake.h"
 #include "brindle/platform/service.h"
+#include "testing/desktop_contract.h"
 
 namespace brindle {
 namespace {
@@ -64,5 +65,25 @@ TEST(Desktop, FakeAnswersAsToldAndTheSlotFallsBack) {
     EXPECT_EQ(&CurrentDesktop(), &BackendDesktop());
 }
 
+class FakeRig final : public testing::DesktopRig {
+  public:
+    Desktop& Service() override { return m_desktop; }
+    void WillConfirmMessage() override {}
+    std::string WillChoose() override { return *(m_desktop.choice = "C:\\f"); }
+    void WillCancel() override { m_desktop.choice.reset(); }
+
+  private:
+    FakeDesktop m_desktop;
+};
+
+std::unique_ptr<testing::DesktopRig> MakeFakeRig() {
+    return std::make_unique<FakeRig>();
+}
+
 }  // namespace
+
+namespace testing {
+INSTANTIATE_TEST_SUITE_P(Fake, DesktopContract, ::testing::Values(&MakeFakeRig));
+}
+
 }  // namespace brindle

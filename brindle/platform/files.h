@@ -15,6 +15,7 @@
 #include <string>
 #include <string_view>
 
+#include "brindle/framework/export.h"
 #include "brindle/framework/result.h"
 
 namespace brindle {
@@ -75,7 +76,7 @@ class Files {
     ~Files() = default;  // never destroyed through this interface
 };
 
-Files& CurrentFiles() noexcept;
+BRINDLE_API Files& CurrentFiles() noexcept;
 // Installs a service (not owned; null: the backend's again). Returns the one installed before, or null.
 Files* SetFiles(Files* service) noexcept;
 

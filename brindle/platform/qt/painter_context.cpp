@@ -6,8 +6,12 @@
 #include <algorithm>
 #include <cmath>
 
+#include "brindle/platform/qt/colour_box_qt.h"
+#include "brindle/platform/qt/desktop_qt.h"
+#include "brindle/platform/qt/dialogs_qt.h"
 #include "brindle/platform/qt/images_qt.h"
 #include "brindle/platform/qt/painter_surface.h"
+#include "brindle/platform/qt/screen_pixels_qt.h"
 #include "brindle/platform/qt/ui_timer_qt.h"
 #include "brindle/platform/screen.h"
 
@@ -50,6 +54,10 @@ void InstallQtServices() {
     SetImages(&QtImages());
     SetUiTimer(&QtUiTimer());
     RearmQtTimers();
+    SetDesktop(&QtDesktop());
+    SetDialogs(&QtDialogs());
+    SetColourBox(&QtColourBox());
+    SetScreenPixels(&QtScreenPixels());
 }
 
 }  // namespace brindle

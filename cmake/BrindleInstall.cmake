@@ -3,6 +3,7 @@
 #   runtime      libbrindle.so.1                   desktop              libbrindle-qt.so.1
 #   development  headers, links, package files     desktop-development  the same of the desktop library
 #   tools        the programs, their manual pages and completions
+#   map          the map view
 #
 # The installed tree may be moved: nothing in it remembers its prefix.
 include(CMakePackageConfigHelpers)

@@ -2,6 +2,7 @@
 #
 #   libbrindle1      the library                     libbrindle-qt1   the desktop library
 #   libbrindle-dev   what hosts are compiled with    brindle-tools    the programs
+#   brindle-map      the map view
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME brindle)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")  # each package has its own
@@ -50,6 +51,9 @@ if(TARGET brindle_qt)
   brindle_package(desktop libbrindle-qt1 libs "desktop services of Brindle on Qt 6"
     "Brindle hosts desktop applications that control and monitor broadcast\nequipment. This package holds what needs a desktop.")
   set(CPACK_DEBIAN_DESKTOP_PACKAGE_DEPENDS "libbrindle1 ${exactly}")
+  brindle_package(map brindle-map utils "a station's map, live in a window or as a picture"
+    "Brindle hosts desktop applications that control and monitor broadcast\nequipment. This package shows the map of a station and takes presses on it.")
+  set(CPACK_DEBIAN_MAP_PACKAGE_DEPENDS "libbrindle1 ${exactly}, libbrindle-qt1 ${exactly}")
   list(APPEND CPACK_COMPONENTS_ALL desktop-development)
   string(APPEND CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS ", libbrindle-qt1 ${exactly}")
 endif()

@@ -140,6 +140,12 @@ bool DeviceTable::SetField(std::uint32_t packedAddress, std::string_view name, c
     return true;
 }
 
+std::vector<std::uint32_t> DeviceTable::Addresses() const {
+    std::vector<std::uint32_t> addresses;
+    for (const auto& entry : m_devices) addresses.push_back(entry.first);
+    return addresses;
+}
+
 bool DeviceTable::KnowsField(std::uint32_t packedAddress, std::string_view name) const {
     std::string unused;
     return Field(packedAddress, name, unused);

@@ -11,6 +11,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/ini_text.h"
 #include "host/problem.h"
@@ -33,6 +34,8 @@ class DeviceTable : public IBrindleData {
     // Takes the event over and says whether a state event brings anything new; any other event always does.
     Change Take(const CStateEvent& event);
 
+    // The remembered ones, in the order of their numbers.
+    std::vector<std::uint32_t> Addresses() const;
     bool Knows(std::uint32_t packedAddress) const { return m_devices.contains(packedAddress); }
     // Whether "#name#" has an answer at the address: a built-in field, or one that devices.ini gives it.
     bool KnowsField(std::uint32_t packedAddress, std::string_view name) const;

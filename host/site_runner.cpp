@@ -104,6 +104,7 @@ void SiteRunner::Run() {
     const Registered registered(m_data, m_observer, m_context, m_state.site.plan);
     const WokenBy woken(m_source, m_snmp ? &*m_snmp : nullptr, m_state.pace);
     if (m_options.reload) m_reloader.emplace(m_state);
+    if (m_reloader && m_options.watch) m_options.watch(*m_reloader);
     Start();
     while (!m_over) {
         DeliverQueue();

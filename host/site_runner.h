@@ -9,6 +9,7 @@
 #include <brindle/util/timer.h>
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 
 #include "host/event_reader.h"
@@ -26,7 +27,8 @@ struct RunOptions {
     std::optional<std::uint64_t> limit;  // milliseconds; the run ends then, and not before
     bool dryRun = false;
     bool trace = false;
-    bool reload = false;  // files that change take over; in real time only
+    bool reload = false;                            // files that change take over; in real time only
+    std::function<void(SiteReloader&)> watch = {};  // adds files of the host's own to those
 };
 
 class SiteRunner {

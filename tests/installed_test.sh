@@ -29,7 +29,7 @@ if grep -rlE '#include *[<"](libxml|nlohmann|CLI|Q)' "$root/include"; then fail 
 # Each component installs its own files and nothing else; together they are everything.
 everything=$(cd "$root" && find . ! -type d | sort)
 components=
-for component in runtime desktop development desktop-development tools; do
+for component in runtime desktop development desktop-development tools map; do
     quietly "$cmake" --install "$build" --prefix "$work/$component" --component "$component"
     components+=$(cd "$work/$component" 2>/dev/null && find . ! -type d)$'\n'
 done
@@ -95,4 +95,7 @@ quietly "$compiler" "$work/version.cpp" -o "$work/version" $(pkg-config --cflags
 if [[ -x $build/bin/brindle ]]; then
     expect "the tool" "$("$root/bin/brindle" address 12:7:4)" 0012:07:04
     expect "the tool's version" "$("$root/bin/brindle" --version)" "brindle $version"
+fi
+if [[ -x $build/bin/brindle-map ]]; then
+    expect "the map view's version" "$("$root/bin/brindle-map" --version)" "brindle-map $version"
 fi

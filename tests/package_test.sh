@@ -9,7 +9,7 @@ work=$build/package_test
 root=$work/root
 version=$(sed -n 's/^#define BRINDLE_VERSION_TEXT "\(.*\)"$/\1/p' "$source/brindle/framework/version.h")
 packages=(libbrindle1 libbrindle-dev brindle-tools)
-[[ ! -e $build/lib/libbrindle-qt.so ]] || packages+=(libbrindle-qt1)
+[[ ! -e $build/lib/libbrindle-qt.so ]] || packages+=(libbrindle-qt1 brindle-map)
 
 fail() { echo "package_test: $*" >&2; exit 1; }
 quietly() { "$@" >>"$work/log" 2>&1 || { tail -20 "$work/log" >&2; fail "$* failed"; }; }

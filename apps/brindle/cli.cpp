@@ -11,7 +11,6 @@
 #include "apps/brindle/cli_arguments.h"
 #include "apps/brindle/cli_finish.h"
 #include "apps/brindle/cli_help.h"
-#include "apps/brindle/commands.h"
 
 namespace brindle::tool {
 namespace {
@@ -134,34 +133,6 @@ bool Command::IsList(const CLI::Option& option) const {
 
 namespace {
 
-void DeclareTool(Command& tool) {
-    static bool unused = false;  // asked for before CLI11 sees the arguments; the parser keeps a reference
-    tool.Flag("--version", unused, "print the version");
-    DeclareRun(tool);
-    DeclareCheck(tool);
-    DeclareCreate(tool);
-    DeclareAddress(tool);
-    DeclareFormat(tool);
-    DeclareMacro(tool);
-    DeclarePath(tool);
-    DeclareVariables(tool);
-    DeclareRule(tool);
-    DeclareSnmp(tool);
-    DeclareSkin(tool);
-    DeclareWatch(tool);
-    DeclareInfo(tool);
-    tool.Note(
-        "\"brindle COMMAND --help\" explains a command and shows examples. Results go to the standard "
-        "output, "
-        "everything else to the standard error. Exit codes: 0 answered, 1 a look-up or check failed or a "
-        "difference was found, 2 wrong usage or unreadable input.");
-    tool.Example("brindle run examples/sites/studio --fast",
-                 "plays a small station in a moment, on a clock that jumps");
-    tool.Example("brindle format '%a %c 100%% %i' --address 0001:02:03 --caption X --status 2",
-                 "fills the fields of a command line: 0001:02:03 X 100% 2");
-    tool.Example("brindle address 12:?:4 --default 1:7:1", "completes an address: 0012:07:04");
-}
-
 // The texts that are more than the command takes: the first of them, or one that looks like a mistyped option.
 [[noreturn]] void ReportTooMany(const Command& command, const std::vector<std::string>& left) {
     std::vector<std::string> names;
@@ -191,10 +162,11 @@ void DeclareTool(Command& tool) {
     throw Failure(kWrongUsage, command.App().get_name(), error.what() + help);
 }
 
-int RunArguments(const Command& tool, CLI::App& app, const std::vector<std::string>& arguments) {
+int RunArguments(const Program& program, const Command& tool, CLI::App& app,
+                 const std::vector<std::string>& arguments) {
     ParsedArguments parsed = ParseArguments(tool, arguments);
     if (parsed.wantsVersion) {
-        Print(std::string("brindle ") + Module::Instance().VersionText());
+        Print(std::string(program.name) + " " + Module::Instance().VersionText());
         return kAnswered;
     }
     if (parsed.wantsHelp || !parsed.command->CanExecute()) {
@@ -210,12 +182,14 @@ int RunArguments(const Command& tool, CLI::App& app, const std::vector<std::stri
     return parsed.command->Execute();
 }
 
-int RunGuarded(const std::vector<std::string>& arguments) {
+int RunGuarded(const Program& program, const std::vector<std::string>& arguments) {
     try {
-        CLI::App app("behaviours, rules and macros for broadcast control and monitoring", "brindle");
+        CLI::App app(program.help, program.name);
         Command tool(app, app.get_description());
-        DeclareTool(tool);
-        return RunArguments(tool, app, arguments);
+        bool unused = false;  // asked for before CLI11 sees the arguments
+        tool.Flag("--version", unused, "print the version");
+        program.declare(tool);
+        return RunArguments(program, tool, app, arguments);
     } catch (const Failure& failure) {
         Complain(failure.What(), failure.Why());
         return failure.Code();
@@ -229,8 +203,9 @@ int RunGuarded(const std::vector<std::string>& arguments) {
 
 }  // namespace
 
-int RunTool(int argc, char** argv) {
-    const int code = RunGuarded({argv + std::min(argc, 1), argv + argc});
+int RunProgram(const Program& program, int argc, char** argv) {
+    SetProgramName(program.name);
+    const int code = RunGuarded(program, {argv + std::min(argc, 1), argv + argc});
     return FinishOutput() ? code : kWrongUsage;
 }
 

@@ -127,7 +127,12 @@ class Command {
     std::function<int()> m_run;
 };
 
-// The whole tool: parses the arguments, runs the command, reports failures. Returns the exit code.
-int RunTool(int argc, char** argv);
+struct Program {
+    const char* name;
+    const char* help;
+    void (*declare)(Command& tool);  // everything but --help and --version
+};
+// The whole program: parses the arguments, runs the command, reports failures. Returns the exit code.
+int RunProgram(const Program& program, int argc, char** argv);
 
 }  // namespace brindle::tool

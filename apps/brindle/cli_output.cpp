@@ -15,6 +15,7 @@
 namespace brindle::tool {
 namespace {
 
+constinit const char* g_program = "brindle";
 constinit int g_outputError = 0;  // errno of the first failure; 0: none
 
 void WriteLine(std::FILE* stream, std::string_view utf8) {
@@ -91,11 +92,15 @@ bool FinishOutput() {
     return false;
 }
 
+void SetProgramName(const char* name) noexcept {
+    g_program = name;
+}
+
 void Complain(std::string_view what, std::string_view why) {
     // Services name the file in their reasons too; once is enough.
     const std::string name = std::string(what) + ": ";
     if (why.starts_with(name)) why.remove_prefix(name.size());
-    std::string line = Paint(Stream::kError, Colour::kRed, "brindle:");
+    std::string line = Paint(Stream::kError, Colour::kRed, std::string(g_program) + ":");
     PrintError(line.append(" ").append(name).append(why));
 }
 

@@ -46,6 +46,8 @@ void FlushOutput();
 bool OutputFailed();
 
 // --- standard error ---
+// Who complains; "brindle" at first. The name is kept, not copied.
+void SetProgramName(const char* name) noexcept;
 void Complain(std::string_view what, std::string_view why);  // notes, warnings, errors: "brindle: WHAT: WHY"
 void PrintError(std::string_view bytes);                     // a line of another form
 // A line of progress in the place of the one before; an empty text takes it away. Nothing shows unless the standard

@@ -1,12 +1,8 @@
 // brindle run: plays events into a site and shows what its behaviours decide and do. Tests: command_run_test.cpp.
-#include <fstream>
-#include <iostream>
-
 #include "apps/brindle/cli.h"
 #include "apps/brindle/commands.h"
+#include "apps/brindle/play_input.h"
 #include "apps/brindle/run_output.h"
-#include "host/host_files.h"
-#include "host/register_types.h"
 #include "host/site_runner.h"
 
 namespace brindle::tool {
@@ -21,50 +17,6 @@ struct PlayOptions {
     bool dryRun = false;
     bool trace = false;
     bool json = false;
-};
-
-// The first problem is the failure; the others are told before it, so that all can be mended at once.
-void LoadOrFail(const std::string& folder, host::Site& site) {
-    host::RegisterHostTypes();
-    host::Problems problems;
-    const bool loaded = host::LoadSite(folder, site, problems);
-    for (const host::Problem& warning : site.warnings) Complain(warning.Place(), warning.text);
-    if (loaded) return;
-    for (std::size_t i = 1; i < problems.size(); ++i) Complain(problems[i].Place(), problems[i].text);
-    throw Failure(kWrongUsage, problems.at(0).Place(), problems.at(0).text);
-}
-
-// The stream of a recording or of the standard input.
-class EventInput {
-  public:
-    EventInput(const PlayOptions& options, const host::Site& site)
-        : m_path(options.events.value_or(site.plan.recording)) {
-        if (m_path == "-") {
-            m_path = "standard input";
-            // In real time the run must go on while no line comes.
-            if (options.fast)
-                m_source = std::make_unique<host::EventReader>(std::cin, m_path);
-            else
-                m_source = std::make_unique<host::BackgroundReader>(std::cin, m_path);
-            return;
-        }
-        if (m_path.empty() && !site.polls.empty() && !options.fast) {
-            m_source = std::make_unique<host::NoEvents>();
-            return;
-        }
-        if (m_path.empty())
-            throw Failure(kWrongUsage, site.plan.file, "names no \"Recording\", and no --events is given");
-        if (host::IsFolder(m_path)) throw Failure(kWrongUsage, m_path, "is a folder");
-        m_file.open(host::SystemFilePath(m_path), std::ios::binary);
-        if (!m_file) throw Failure(kWrongUsage, m_path, "cannot be opened");
-        m_source = std::make_unique<host::EventReader>(m_file, m_path);
-    }
-    host::EventSource& Source() { return *m_source; }
-
-  private:
-    std::string m_path;
-    std::ifstream m_file;
-    std::unique_ptr<host::EventSource> m_source;
 };
 
 std::unique_ptr<RunOutput> MakeOutput(const PlayOptions& options, const host::Site& site) {
@@ -94,7 +46,7 @@ int RunSite(const PlayOptions& options) {
         throw Failure(kWrongUsage, "--for", "\"" + std::to_string(*options.seconds) + "\" is negative");
     host::Site site;
     LoadOrFail(options.site, site);
-    EventInput input(options, site);
+    EventInput input(options.events, site, !options.fast);
     if (!options.expect) {
         Play(options, site, input.Source(), *MakeOutput(options, site));
         return kAnswered;

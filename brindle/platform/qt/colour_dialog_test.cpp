@@ -2,6 +2,7 @@
 // one.
 #include "brindle/platform/qt/colour_dialog.h"
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QSettings>
 #include <QtCore/QTranslator>
 #include <QtWidgets/QApplication>
@@ -310,7 +311,12 @@ TEST_F(ColourDialog, TheScreensPixelsAreReadWhereTheyStand) {
     QApplication::processEvents();
     std::uint32_t colour = 0;
     EXPECT_EQ(QtScreenPixels().WhyUnavailable(), "");
-    EXPECT_TRUE(QtScreenPixels().Read({70, 80}, colour));
+    QElapsedTimer timer;
+    timer.start();
+    while (colour != 0x563412u && timer.elapsed() < 60'000) {
+        QApplication::processEvents();
+        EXPECT_TRUE(QtScreenPixels().Read({70, 80}, colour));
+    }
     EXPECT_EQ(colour, 0x563412u);
     EXPECT_FALSE(QtScreenPixels().Read({-5000, 80}, colour));
     EXPECT_EQ(colour, 0x563412u);

@@ -51,7 +51,7 @@ if(TARGET brindle_qt)
   brindle_package(desktop libbrindle-qt1 libs "desktop services of Brindle on Qt 6"
     "Brindle hosts desktop applications that control and monitor broadcast\nequipment. This package holds what needs a desktop.")
   set(CPACK_DEBIAN_DESKTOP_PACKAGE_DEPENDS "libbrindle1 ${exactly}")
-  brindle_package(map brindle-map utils "a station's map, live in a window or as a picture"
+  brindle_package(map brindle-map utils "map view of a broadcast station"
     "Brindle hosts desktop applications that control and monitor broadcast\nequipment. This package shows the map of a station and takes presses on it.")
   set(CPACK_DEBIAN_MAP_PACKAGE_DEPENDS "libbrindle1 ${exactly}, libbrindle-qt1 ${exactly}")
   list(APPEND CPACK_COMPONENTS_ALL desktop-development)

@@ -128,10 +128,7 @@ struct BehaviourModel {
             if (entry.inert || entry.due > now) continue;
             if (script::KindOf(entry.trigger) == script::kTimeBased)
                 entry.period = std::int64_t{script::Seconds(entry.trigger, epoch)} * 1000;
-            // The period of an entry whose trigger is not asked again is a 32-bit field.
-            entry.due = Due(script::KindOf(entry.trigger) == script::kTimeBased
-                                ? entry.period
-                                : std::min<std::int64_t>(entry.period, INT32_MAX));
+            entry.due = Due(entry.period);
             Ran(entry.action, entry.event);
         }
     }

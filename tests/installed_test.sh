@@ -68,6 +68,11 @@ expect "pkg-config's version" "$(pkg-config --modversion brindle)" "$version"
 # shellcheck disable=SC2046  # the flags are words
 quietly "$compiler" "$source/examples/hello/main.cpp" -o "$work/hello" $(pkg-config --cflags --libs brindle)
 expect "hello" "$("$work/hello")" "$(cat "$source/examples/hello/expected.txt")"
+# A host that derives from exported classes: its types and exceptions cross the library.
+# shellcheck disable=SC2046
+quietly "$compiler" "$source/tests/installed_host.cpp" -o "$work/installed_host" -Wall -Wextra -Werror \
+    $(pkg-config --cflags --libs brindle)
+expect "a host with classes of its own" "$("$work/installed_host")" "types and exceptions cross"
 if [[ $desktop == found ]]; then
     cat >"$work/desktop.cpp" <<'CODE'
 #include <brindle/platform/qt/painter_context.h>

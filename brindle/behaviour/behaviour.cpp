@@ -37,8 +37,12 @@ CCommandBehaviour::CCommandBehaviour() = default;
 
 CCommandBehaviour& CCommandBehaviour::operator=(const CCommandBehaviour& other) {
     CCommandTreeItem::operator=(other);
+    const EngineCall call;
+    const ItemWalk<CCommandTrigger> target(
+        m_triggers.m_triggers);  // a Replicate may destroy either behaviour
+    const ItemWalk<CCommandTrigger> source(other.m_triggers.m_triggers);
     m_actions = other.m_actions;
-    m_triggers = other.m_triggers;
+    if (!target.ListGone() && !source.ListGone()) m_triggers = other.m_triggers;
     return *this;
 }
 

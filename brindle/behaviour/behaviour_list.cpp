@@ -24,6 +24,7 @@ CCommandBehaviourList::CCommandBehaviourList(CCommandTrigger::eHostType host)
 
 CCommandBehaviourList::~CCommandBehaviourList() {
     ResetRepeats();
+    m_repeats->Close();
     brindle::DestroyItems(m_behaviours);
     m_lObjects.TakeOut(*this);
     brindle::OutdatePlans();
@@ -106,13 +107,22 @@ void CCommandBehaviourList::LoadBehaviours(XMLReader& reader, const ListFrame& f
         auto behaviour = std::make_unique<CCommandBehaviour>();
         behaviour->Load(reader);
         if (!frame.List()) return;
-        m_behaviours.AddTail(behaviour.release());
+        m_behaviours.AddTail(behaviour.get());
+        static_cast<void>(behaviour.release());  // the list's from now on
     }
 }
 
 void CCommandBehaviourList::Add(CCommandBehaviour* behaviour) {
     m_behaviours.AddTail(behaviour);
-    CacheStateTriggerProps();
+    const EngineCall call;
+    const ListFrame frame(this);
+    try {
+        CacheStateTriggerProps();
+    } catch (...) {
+        const POSITION position = frame.List() ? m_behaviours.Find(behaviour) : nullptr;
+        if (position) m_behaviours.RemoveAt(position);
+        throw;
+    }
 }
 
 void CCommandBehaviourList::Remove(CCommandBehaviour* behaviour) {
@@ -148,10 +158,18 @@ bool CCommandBehaviourList::HasConfig(const std::string& kind) const {
     return false;
 }
 
+// A trigger's HasConfig may destroy the list. Should it throw, the answers are what keeps every event coming.
 void CCommandBehaviourList::CacheStateTriggerProps() const {
-    m_hasStateTriggers = HasConfig("StateTrigger");
+    m_hasStateTriggers = m_hasAnyDataChanged = true;
+    const EngineCall call;
+    const ItemWalk<CCommandBehaviour> watch(m_behaviours);
+    const bool hasStateTriggers = HasConfig("StateTrigger");
     // Kept: a list whose triggers answer only the narrower kind counts as having neither.
-    m_hasAnyDataChanged = m_hasStateTriggers && HasConfig("StateTrigger::AnyChange");
+    const bool hasAnyDataChanged =
+        hasStateTriggers && !watch.ListGone() && HasConfig("StateTrigger::AnyChange");
+    if (watch.ListGone()) return;
+    m_hasStateTriggers = hasStateTriggers;
+    m_hasAnyDataChanged = hasAnyDataChanged;
 }
 
 void CCommandBehaviourList::Traverse(const TraveralFunct& visitor) {

@@ -67,14 +67,18 @@ class BRINDLE_API CCommandBehaviourList : public CCommandTreeItem {
     // Whether it holds no behaviour.
     bool IsEmpty() const;
     CCommandTrigger::eHostType GetHostType() const noexcept { return m_hostType; }
-    void Add(CCommandBehaviour* behaviour);     // at the end; takes ownership
-    void Remove(CCommandBehaviour* behaviour);  // not destroyed: the caller owns it again
+    // At the end; takes ownership. After an exception (a trigger's HasConfig, memory running out) the behaviour is not
+    // in the list and still the caller's.
+    void Add(CCommandBehaviour* behaviour);
+    // Not destroyed: the caller owns it again, also after an exception.
+    void Remove(CCommandBehaviour* behaviour);
     // Cancels all repeats and takes every behaviour out without destroying it: the caller owns them.
     void ResetList();
     // Cancels all repeats and resets the state of every trigger.
     void Init();
     bool HasConfig(const std::string& kind) const;
-    // Cached answers: does the list need device state events at all, and for every change of a device's data?
+    // Cached answers: does the list need device state events at all, and for every change of a device's data? Both are
+    // true after an exception while they were found: rather an event too many than a state that is missed.
     bool HasStateTriggers() const noexcept { return m_hasStateTriggers; }
     bool HasAnyDataChangedStateTrigger() const noexcept { return m_hasAnyDataChanged; }
     void Traverse(const TraveralFunct& visitor);
@@ -122,7 +126,7 @@ class BRINDLE_API CCommandBehaviourList : public CCommandTreeItem {
                                    const brindle::ListFrame& frame);
     static CCommandBehaviour* Owner(const brindle::EventPlan& plan, std::size_t trigger,
                                     const brindle::ListFrame& frame);
-    void Queue(RepeatEntry entry, std::int64_t delay);
+    void Queue(brindle::RepeatQueue& repeats, RepeatEntry entry, std::int64_t delay);
 
     static Registry m_lObjects;
 

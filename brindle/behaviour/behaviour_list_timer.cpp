@@ -14,27 +14,33 @@ using brindle::ListFrame;
 
 void CCommandBehaviourList::AddRepeatAction(const CCommandTrigger* trigger, const CCommandEvent* event,
                                             const CCommandAction* action, const VariableManager* variables) {
+    const EngineCall call;
+    const std::shared_ptr<brindle::RepeatQueue> repeats = m_repeats;  // GetRepeatTime may destroy the list
     const int period = action->GetRepeatTime();
-    Queue({trigger, event, action, variables, period, 0}, period);
+    Queue(*repeats, {trigger, event, action, variables, period, 0}, period);
 }
 
 void CCommandBehaviourList::AddRepeatTrigger(const CCommandTrigger* trigger, const CCommandEvent* event,
                                              const CCommandAction* action) {
+    const EngineCall call;
+    const std::shared_ptr<brindle::RepeatQueue> repeats = m_repeats;  // GetNextTime may destroy the list
     const std::int64_t delay = std::int64_t{trigger->GetNextTime()} * 1000;
+    if (repeats->IsClosed()) return;
     if (delay > 0) {
-        Queue({trigger, event, action, nullptr, brindle::SaturatedPeriod(delay), 0}, delay);
+        Queue(*repeats, {trigger, event, action, nullptr, brindle::SaturatedPeriod(delay), 0}, delay);
         return;
     }
     if (IBehaviourObserver* observer = brindle::CurrentObserver())
         observer->OnActionSkipped(this, trigger, action, event, IBehaviourObserver::kNotScheduled);
 }
 
-void CCommandBehaviourList::Queue(RepeatEntry entry, std::int64_t delay) {
+void CCommandBehaviourList::Queue(brindle::RepeatQueue& repeats, RepeatEntry entry, std::int64_t delay) {
+    if (repeats.IsClosed()) return;
     // What has been destroyed and only waits for the outermost call to return gets no new repeats.
     if (brindle::IsParked(entry.trigger) || brindle::IsParked(entry.action)) return;
     entry.due = brindle::DueAfter(brindle::SystemMilliseconds(), delay);
     const bool scheduled = dynamic_cast<const CTimeBasedTrigger*>(entry.trigger) != nullptr;
-    m_repeats->Add(this, entry, scheduled);
+    repeats.Add(this, entry, scheduled, delay);
 }
 
 void CCommandBehaviourList::CancelRepeats(const CCommandTrigger* trigger) {

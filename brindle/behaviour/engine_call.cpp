@@ -2,10 +2,7 @@
 // Tests: engine_call_test.cpp, and the re-entrancy tests of the lists.
 #include "brindle/behaviour/engine_call.h"
 
-#include <memory>
-#include <unordered_set>
 #include <utility>
-#include <vector>
 
 #include "brindle/behaviour/action.h"
 #include "brindle/behaviour/behaviour.h"
@@ -20,23 +17,34 @@ namespace {
 
 constinit std::atomic<std::uint64_t> g_serial{0};
 
-struct Parking {
-    std::vector<CCommandTreeItem*> items;
-    std::unordered_set<const CCommandTreeItem*>
-        addresses;  // of the items and of all triggers and actions inside them
-};
-
 // Plain thread-local values: a thread that leaves the engine leaves nothing behind.
 constinit thread_local int t_depth = 0;
-constinit thread_local Parking* t_parking = nullptr;
+constinit thread_local CCommandTreeItem* t_firstParked = nullptr;
+constinit thread_local CCommandTreeItem* t_lastParked = nullptr;
 
 }  // namespace
 
-// Friend of the behaviour: reaches its lists.
+// Friend of the items and their lists. Nothing here takes memory: destructors park, too.
 struct ParkingAccess {
+    static bool IsParked(const CCommandTreeItem* item) noexcept { return item->m_isParked; }
+
+    static void Park(CCommandTreeItem* item) {
+        (t_lastParked ? t_lastParked->m_nextParked : t_firstParked) = item;
+        t_lastParked = item;
+        Retire(item);
+    }
+
+    // Deletes what was parked until now, in that order; what its destructors park belongs to the calls they make.
+    static void DeleteParked() {
+        CCommandTreeItem* item = std::exchange(t_firstParked, nullptr);
+        t_lastParked = nullptr;
+        while (item) delete std::exchange(item, item->m_nextParked);
+    }
+
+  private:
     // Makes the item and all its parts inert. No walk in progress goes on with the parts of a destroyed behaviour.
     static void Retire(CCommandTreeItem* item) {
-        t_parking->addresses.insert(item);
+        item->m_isParked = true;
         if (const auto* trigger = dynamic_cast<const CCommandTrigger*>(item)) ForgetRepeats(trigger);
         if (const auto* action = dynamic_cast<const CCommandAction*>(item)) ForgetRepeats(action);
         if (const auto* behaviour = dynamic_cast<const CCommandBehaviour*>(item)) {
@@ -45,7 +53,6 @@ struct ParkingAccess {
         }
     }
 
-  private:
     template <class T>
     static void RetireParts(const ItemList<T>& parts) {
         parts.EndWalks();
@@ -59,24 +66,19 @@ EngineCall::EngineCall() noexcept {
 }
 
 EngineCall::~EngineCall() {
-    if (--t_depth > 0 || !t_parking) return;
-    const std::unique_ptr<Parking> parking(std::exchange(t_parking, nullptr));
-    for (CCommandTreeItem* item : parking->items) delete item;
+    if (--t_depth == 0 && t_firstParked) ParkingAccess::DeleteParked();
 }
 
 bool IsParked(const CCommandTreeItem* item) noexcept {
-    return t_parking && t_parking->addresses.contains(item);
+    return item && ParkingAccess::IsParked(item);
 }
 
 void DestroyItem(CCommandTreeItem* item) {
     if (!item) return;
-    if (t_depth == 0) {
+    if (t_depth == 0)
         delete item;
-        return;
-    }
-    if (!t_parking) t_parking = new Parking;
-    t_parking->items.push_back(item);
-    ParkingAccess::Retire(item);
+    else
+        ParkingAccess::Park(item);
 }
 
 std::uint64_t NextSerial() noexcept {

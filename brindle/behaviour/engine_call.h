@@ -20,10 +20,11 @@ class EngineCall {
 };
 
 // Deletes the item at once when no engine call is in progress on this thread, else when the outermost one
-// returns. Repeats of it are inert from now on in both cases. Null is ignored.
+// returns. Repeats of it are inert from now on in both cases. Null is ignored. Takes no memory.
 void DestroyItem(CCommandTreeItem* item);
 
-// Whether the item was destroyed by DestroyItem and only waits for the outermost call to return.
+// Whether the item, or the behaviour it is a part of, was destroyed by DestroyItem and only waits for the outermost
+// call to return. False for null; an item that is deleted must not be asked about.
 bool IsParked(const CCommandTreeItem* item) noexcept;
 
 // A number never given before in this process.

@@ -22,7 +22,6 @@ TEST_F(EngineCallTest, OutsideAnyCallItemsGoAtOnce) {
     auto* trigger = new ProbeTrigger;
     DestroyItem(trigger);
     EXPECT_EQ(LiveProbes(), live);
-    EXPECT_FALSE(IsParked(trigger));
     DestroyItem(nullptr);
 }
 
@@ -44,7 +43,6 @@ TEST_F(EngineCallTest, InsideACallItemsAreParkedUntilTheOutermostReturns) {
         EXPECT_TRUE(IsParked(action));
     }
     EXPECT_EQ(LiveProbes(), live);
-    EXPECT_FALSE(IsParked(trigger));
     EXPECT_FALSE(IsParked(nullptr));
 }
 
@@ -57,6 +55,15 @@ TEST_F(EngineCallTest, ABehaviourIsParkedWithAllItsParts) {
     EXPECT_TRUE(IsParked(rule.behaviour));
     EXPECT_TRUE(IsParked(rule.trigger));
     EXPECT_TRUE(IsParked(rule.action));
+}
+
+TEST_F(EngineCallTest, ACopyOfAParkedItemIsNotParked) {
+    auto* trigger = new ProbeTrigger;
+    const EngineCall call;
+    DestroyItem(trigger);
+    const ProbeTrigger copy(*trigger);
+    EXPECT_TRUE(IsParked(trigger));
+    EXPECT_FALSE(IsParked(&copy));
 }
 
 TEST_F(EngineCallTest, WhatIsParkedNeitherRunsNorIsQueuedAgain) {

@@ -11,7 +11,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "brindle/behaviour/engine_call.h"
@@ -51,6 +53,7 @@ class ItemList {
         return nullptr;
     }
 
+    // Both change nothing when memory runs out; the object then stays the caller's.
     void AddHead(T* object) { Added(m_items.GetAt(m_items.AddHead({object, NextSerial()})).serial); }
     void AddTail(T* object) { Added(m_items.GetAt(m_items.AddTail({object, NextSerial()})).serial); }
 
@@ -92,9 +95,10 @@ class ItemList {
             return false;
         }
         if (!m_present) {
-            m_present = std::make_unique<std::unordered_set<std::uint64_t>>();
+            auto present = std::make_unique<std::unordered_set<std::uint64_t>>();
             for (POSITION position = GetHeadPosition(); position;)
-                m_present->insert(m_items.GetNext(position).serial);
+                present->insert(m_items.GetNext(position).serial);
+            m_present = std::move(present);
         }
         return m_present->contains(serial);
     }
@@ -105,8 +109,12 @@ class ItemList {
     friend class ItemWalk<T>;
     static constexpr int kScanLimit = 32;
 
-    void Added(std::uint64_t serial) {
-        if (m_present) m_present->insert(serial);
+    void Added(std::uint64_t serial) noexcept {
+        try {
+            if (m_present) m_present->insert(serial);
+        } catch (const std::bad_alloc&) {
+            m_present.reset();  // built anew when it is asked for
+        }
         Changed();
     }
     void Changed() noexcept {

@@ -4,6 +4,8 @@
 #include <mutex>
 #include <unordered_map>
 
+#include "brindle/framework/never_destroyed.h"
+
 namespace brindle {
 namespace {
 
@@ -19,13 +21,14 @@ struct Index {
     std::mutex lock;
     ChainMap triggers;
     ChainMap actions;
-    std::atomic<std::size_t> size{0};
 };
 
-// Never destroyed: objects may still end while the process exits.
-Index& TheIndex() {
-    static Index& index = *new Index;
-    return index;
+constinit std::atomic<std::size_t> g_size{0};  // live repeats in the index
+
+// Never destroyed: objects may still end while the process exits. Noexcept, as the destructors of triggers are.
+Index& TheIndex() noexcept {
+    static NeverDestroyed<Index> index;
+    return *index;
 }
 
 void Append(ChainMap& map, const void* key, RepeatNode& node, LinkMember link) {
@@ -50,12 +53,12 @@ void Unlink(ChainMap& map, const void* key, RepeatNode& node, LinkMember link) {
 void TakeOut(Index& index, RepeatNode& node) {
     Unlink(index.triggers, node.entry.trigger, node, &RepeatNode::byTrigger);
     Unlink(index.actions, node.entry.action, node, &RepeatNode::byAction);
-    index.size.fetch_sub(1, std::memory_order_relaxed);
+    g_size.fetch_sub(1, std::memory_order_relaxed);
 }
 
 void Forget(ChainMap Index::*which, const void* object) noexcept {
+    if (g_size.load(std::memory_order_relaxed) == 0) return;
     Index& index = TheIndex();
-    if (index.size.load(std::memory_order_relaxed) == 0) return;
     const std::lock_guard guard(index.lock);
     ChainMap& map = index.*which;
     for (auto found = map.find(object); found != map.end(); found = map.find(object)) {
@@ -77,7 +80,7 @@ void EnterRepeat(RepeatNode& node) {
         Unlink(index.triggers, node.entry.trigger, node, &RepeatNode::byTrigger);
         throw;
     }
-    index.size.fetch_add(1, std::memory_order_relaxed);
+    g_size.fetch_add(1, std::memory_order_relaxed);
 }
 
 void LeaveRepeat(RepeatNode& node) {

@@ -28,8 +28,9 @@ struct alignas(64) RepeatNode {
     bool removed = false;
 
     RepeatQueue* queue;
-    std::size_t slot = 0;  // its place in the queue's columns
-    Link byTrigger;        // neighbours in the index, guarded by the index
+    std::size_t slot = 0;         // its place in the queue's columns
+    std::int64_t longPeriod = 0;  // milliseconds; counts where the entry's 32 bits are at their top
+    Link byTrigger;               // neighbours in the index, guarded by the index
     Link byAction;
 };
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 #include "brindle/address/event.h"
 #include "brindle/behaviour/action.h"
@@ -116,12 +117,24 @@ RepeatQueue::~RepeatQueue() {
     Reset(nullptr);
 }
 
-void RepeatQueue::Add(const CCommandBehaviourList* list, const RepeatEntry& entry, bool scheduled) {
+void RepeatQueue::Close() {
+    const std::lock_guard guard(m_lock);
+    m_closed = true;
+}
+
+bool RepeatQueue::IsClosed() const {
+    const std::lock_guard guard(m_lock);
+    return m_closed;
+}
+
+void RepeatQueue::Add(const CCommandBehaviourList* list, const RepeatEntry& entry, bool scheduled,
+                      std::int64_t longPeriod) {
     const std::lock_guard guard(m_lock);
     auto node = std::make_unique<RepeatNode>();
     node->entry = entry;
     node->queue = this;
     node->scheduled = scheduled;
+    node->longPeriod = longPeriod;
     node->lastPass = g_passes.load();
     node->slot = m_nodes.size();
     m_due.push_back(entry.due);
@@ -204,6 +217,7 @@ void RepeatQueue::RunEntry(const CCommandBehaviourList* list, std::size_t slot, 
     const Run run(*this, *node);
     try {
         std::int64_t period = node->entry.period;
+        if (period == std::numeric_limits<int>::max()) period = std::max(period, node->longPeriod);
         if (node->scheduled) {
             period = std::int64_t{node->entry.trigger->GetNextTime()} * 1000;
             node->entry.period = SaturatedPeriod(period);
@@ -243,13 +257,13 @@ void RepeatQueue::Remove(RepeatNode& node) {
 }
 
 void RepeatQueue::Free(RepeatNode& node) {
-    m_removed.push_back(&node);
+    node.byTrigger.next = std::exchange(m_removed, &node);
     if (const CCommandEvent* event = node.entry.event) event->Release();
 }
 
 void RepeatQueue::Compact() {
-    for (RepeatNode* node : m_removed) delete node;
-    m_removed.clear();
+    for (RepeatNode* node = std::exchange(m_removed, nullptr); node;)
+        delete std::exchange(node, node->byTrigger.next);
     if (m_gaps * 2 <= m_nodes.size()) return;
     std::size_t kept = 0;
     for (std::size_t slot = 0; slot < m_nodes.size(); ++slot) {

@@ -39,8 +39,13 @@ class RepeatQueue {
     RepeatQueue& operator=(const RepeatQueue&) = delete;
     ~RepeatQueue();
 
-    // Appends the entry and adds a reference to its event. `scheduled`: of a time based trigger.
-    void Add(const CCommandBehaviourList* list, const RepeatEntry& entry, bool scheduled);
+    // The list is gone: nobody may queue anything any more.
+    void Close();
+    bool IsClosed() const;
+    // Appends the entry and adds a reference to its event. `scheduled`: of a time based trigger. `longPeriod` is the
+    // period in full where the entry's own cannot say it, being at its top.
+    void Add(const CCommandBehaviourList* list, const RepeatEntry& entry, bool scheduled,
+             std::int64_t longPeriod = 0);
     // Asks Retest for every live entry of the trigger and removes those that are over.
     void Cancel(const CCommandBehaviourList* list, const CCommandTrigger* trigger);
     void Reset(const CCommandBehaviourList* list);
@@ -63,9 +68,12 @@ class RepeatQueue {
     void Compact();
 
     mutable std::recursive_mutex m_lock;
-    std::vector<std::uint64_t> m_due;    // kNeverDue for gaps and inert entries
-    std::vector<RepeatNode*> m_nodes;    // null for gaps
-    std::vector<RepeatNode*> m_removed;  // out of the queue, freed when no pass can still look at them
+    std::vector<std::uint64_t> m_due;  // kNeverDue for gaps and inert entries
+    std::vector<RepeatNode*> m_nodes;  // null for gaps
+    // Out of the queue, freed when no pass can still look at them. Linked by `byTrigger`, which the index no longer
+    // needs: removing takes no memory.
+    RepeatNode* m_removed = nullptr;
+    bool m_closed = false;
     std::size_t m_gaps = 0;
     int m_passes = 0;           // passes and cancellations in progress
     std::uint64_t m_scans = 0;  // of RunDue: tells one that another came in between

@@ -13,11 +13,14 @@
 class XMLReader;
 class XMLWriter;
 class CCommandConfigDialog;  // the host's user-interface object; only passed on
+namespace brindle {
+struct ParkingAccess;
+}
 
 class BRINDLE_API CCommandTreeItem {
   public:
     CCommandTreeItem() noexcept = default;
-    CCommandTreeItem(const CCommandTreeItem& other) noexcept = default;
+    CCommandTreeItem(const CCommandTreeItem& other) noexcept : m_enabled(other.m_enabled) {}
     CCommandTreeItem& operator=(const CCommandTreeItem& other) noexcept;
     virtual ~CCommandTreeItem();
 
@@ -57,5 +60,10 @@ class BRINDLE_API CCommandTreeItem {
 
   private:
     friend struct BehaviourLayout;
+    friend struct brindle::ParkingAccess;
     bool m_enabled = true;
+    // Destroyed, and waiting with others for the outermost engine call to return. In the item itself, so that
+    // destroying one takes no memory.
+    bool m_isParked = false;
+    CCommandTreeItem* m_nextParked = nullptr;
 };

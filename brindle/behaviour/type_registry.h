@@ -61,7 +61,8 @@ void LoadItems(XMLReader& reader, const char* sectionName, const TypeRegistry<T>
         if (!child) continue;
         item->Load(reader);
         if (watch.ListGone()) return;
-        items.AddTail(item.release());
+        items.AddTail(item.get());
+        static_cast<void>(item.release());  // the list's from now on
     }
 }
 
@@ -72,13 +73,25 @@ void SaveItems(XMLWriter& writer, const char* sectionName, const ItemList<T>& it
     while (const T* item = walk.Next()) item->Save(writer);
 }
 
-// Appends what each item's Replicate returns, null included; null items give null.
+// Appends what each item's Replicate returns, null included; null items give null. A Replicate may change and
+// destroy both lists: items that are gone at their turn give nothing, and nothing is appended to a list that is gone.
 template <class T>
 void AppendReplicas(const ItemList<T>& from, ItemList<T>& to) {
     const EngineCall call;
-    std::vector<T*> sources;  // a list assigned to itself doubles
-    for (POSITION position = from.GetHeadPosition(); position;) sources.push_back(from.GetNext(position));
-    for (T* source : sources) to.AddTail(source ? source->Replicate() : nullptr);
+    const ItemWalk<T> source(from);
+    const ItemWalk<T> target(to);
+    std::vector<typename ItemList<T>::Item> items;  // a list assigned to itself doubles
+    for (POSITION position = from.GetHeadPosition(); position;) items.push_back(from.GetNextItem(position));
+    for (const auto& [object, serial] : items) {
+        if (source.ListGone() || target.ListGone()) return;
+        if (!from.Holds(serial)) continue;
+        T* replica = object ? object->Replicate() : nullptr;
+        const auto destroy = [](T* item) { DestroyItem(item); };
+        std::unique_ptr<T, decltype(destroy)> owned(replica, destroy);
+        if (target.ListGone()) return;
+        to.AddTail(replica);
+        static_cast<void>(owned.release());
+    }
 }
 
 template <class T>

@@ -29,8 +29,8 @@ struct FullAddress_t;
 //
 // Texts end at their first zero byte. A field whose replacement would make the line longer than 16 MiB stays as
 // typed. Throws std::invalid_argument when the line holds a "%" and the present
-// time cannot be expressed as local time; the line then is what the hook left. What the hook or the host's
-// object throws passes through.
+// time cannot be expressed as local time. What the hook or the host's object throws passes through. After any
+// exception, memory running out included, the line is what the last complete stage of the four left.
 BRINDLE_API void FormatCommandLineEx(CStringA& commandLine, const FullAddress_t* address, const char* path,
                                      const char* caption, const char* text, const char* help, int status,
                                      const char* r, int n, int q);

@@ -15,12 +15,17 @@ namespace brindle {
 namespace {
 
 // The value by buffers that grow by whole chunks until one shows that it holds all: a shorter length than its size
-// less two, which no cut value and no cut list has. Growing by more than one chunk at a time gives the same.
+// less two, which no cut value and no cut list has. Growing by more than one chunk at a time gives the same. Without
+// memory for a buffer: the default.
 std::string ReadGrowing(const char* section, const char* key, const char* defaultValue, const char* iniFile,
                         std::size_t chunk) {
     std::string buffer;
     for (std::size_t size = chunk;; size += std::max(chunk, size / chunk * chunk)) {
-        buffer.resize(size);
+        try {
+            buffer.resize(size);
+        } catch (const std::bad_alloc&) {
+            return defaultValue ? defaultValue : "";
+        }
         const std::size_t length =
             CurrentIniStore().Read(section, key, defaultValue, buffer.data(), size, iniFile);
         if (length + 2 >= size) continue;
@@ -50,13 +55,8 @@ void SetLastDirectory(unsigned key, const char* directory) {
 int GetIniString(const char* section, const char* key, const char* defaultValue, CStringA& out,
                  const char* iniFile, int chunk) {
     std::string value = defaultValue ? defaultValue : "";
-    if (chunk > 0) {
-        try {
-            value =
-                brindle::ReadGrowing(section, key, defaultValue, iniFile, static_cast<std::size_t>(chunk));
-        } catch (const std::bad_alloc&) {  // no buffer: the default
-        }
-    }
+    if (chunk > 0)
+        value = brindle::ReadGrowing(section, key, defaultValue, iniFile, static_cast<std::size_t>(chunk));
     out = std::move(value);
     return out.GetLength();
 }

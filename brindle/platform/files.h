@@ -45,7 +45,9 @@ class Files {
     // `limit` bytes; never reads beyond the limit.
     virtual Result ReadWhole(std::string_view hostPath, std::uint64_t limit, std::string& bytes) = 0;
     // Writes the whole file or nothing: a temporary file in the same folder, fsync, rename. An existing file
-    // keeps its permission bits, and on failure stays as it was; no temporary file is left behind.
+    // keeps its permission bits, and on failure stays as it was; no temporary file is left behind. A process that
+    // ends in the middle leaves the old file and at most one temporary one, ".brindle-PID-NUMBER.tmp", which
+    // hinders nobody and may be deleted.
     virtual Result WriteWhole(std::string_view hostPath, std::string_view bytes) = 0;
     // Adds to the end of the file, which is made when missing, all or nothing. A file that is longer than
     // `emptyBeyond` bytes is emptied first. Texts of several processes do not mix, and none is lost: where another

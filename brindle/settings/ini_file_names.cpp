@@ -1,10 +1,12 @@
 #include "brindle/settings/ini_file_names.h"
 
+#include "brindle/framework/never_destroyed.h"
+
 namespace brindle {
 
 IniFileNames& KeptIniFileNames() noexcept {
-    static IniFileNames& names = *new IniFileNames;
-    return names;
+    static NeverDestroyed<IniFileNames> names;
+    return *names;
 }
 
 }  // namespace brindle

@@ -34,11 +34,22 @@ class NamedList {
         const auto found = m_places.find(name);
         return found == m_places.end() ? nullptr : &m_entries[found->second].value;
     }
-    // The one of that name, added at the end when there is none; valid until the next one is added.
+    // The one of that name, added at the end when there is none; valid until the next one is added. Changes nothing
+    // when memory runs out.
     Value& FindOrAdd(const CStringA& name) {
         const auto [found, isNew] = m_places.try_emplace(name, m_entries.size());
-        if (isNew) m_entries.push_back({name, {}});
+        try {
+            if (isNew) m_entries.push_back({name, {}});
+        } catch (...) {
+            m_places.erase(found);
+            throw;
+        }
         return m_entries[found->second].value;
+    }
+    // There is one.
+    void RemoveLast() noexcept {
+        m_places.erase(m_places.find(m_entries.back().name));
+        m_entries.pop_back();
     }
     const std::vector<Entry>& Entries() const noexcept { return m_entries; }
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <vector>
 
+#include "brindle/framework/never_destroyed.h"
 #include "brindle/framework/number_text.h"
 #include "brindle/skin/default_skin.h"
 #include "brindle/xml/xml_reader.h"
@@ -50,16 +51,19 @@ bool OVSkin::LoadFromStr(const CStringA& xml) {
 
 bool OVSkin::ReadXML(XMLReader& reader) {
     if (!reader.EnterSection(kRoot, true)) return false;
+    OVSkin merged(*this);  // all of the document or nothing, should memory run out
     for (const CStringA& mode : reader.GetChildSections()) {
         reader.EnterSection(mode, false);
         for (const CStringA& element : reader.GetChildSections()) {
             reader.EnterSection(element, false);
-            ReadElement(mode, element, reader);
+            merged.ReadElement(mode, element, reader);
             reader.CloseSection();
         }
         reader.CloseSection();
     }
     reader.CloseSection();
+    std::swap(m_modes, merged.m_modes);
+    if (merged.m_xml.IsEmpty()) m_xml.Empty();
     return true;
 }
 
@@ -167,10 +171,23 @@ bool OVSkin::GetExactProp(int mode, const CStringA& element, const CStringA& att
     return GetExactProp(GetModeStr(mode), element, attribute, out);
 }
 
+// What was added for a value that then found no memory.
+void OVSkin::DropEmpty(const CStringA& mode) noexcept {
+    if (!m_modes.Find(mode.view())) return;
+    Elements& elements = m_modes.FindOrAdd(mode);
+    if (!elements.Entries().empty() && elements.Entries().back().value.empty()) elements.RemoveLast();
+    if (elements.Entries().empty()) m_modes.RemoveLast();
+}
+
 bool OVSkin::SetExactProp(const CStringA& mode, const CStringA& element, const CStringA& attribute,
                           const CStringA& value) {
+    try {
+        m_modes.FindOrAdd(mode).FindOrAdd(element).insert_or_assign(attribute, value);
+    } catch (...) {
+        DropEmpty(mode);
+        throw;
+    }
     m_xml.Empty();
-    m_modes.FindOrAdd(mode).FindOrAdd(element).insert_or_assign(attribute, value);
     return true;
 }
 
@@ -204,9 +221,9 @@ bool OVSkin::SetExactProp(int mode, const CStringA& element, const CStringA& att
 }
 
 const CStringA& OVSkin::GetModeStr(int mode) {
-    static const auto& names = *new std::array<CStringA, 4>{"default", "checked", "pressed", "rule"};
+    static brindle::NeverDestroyed<std::array<CStringA, 4>> names("default", "checked", "pressed", "rule");
     const auto index = static_cast<unsigned>(mode);
-    return names[index <= 3 ? index : 0];
+    return (*names)[index <= 3 ? index : 0];
 }
 
 // Kept: skins written by hand come in both cases and without "#"; what is written is always "#RRGGBB".

@@ -7,7 +7,8 @@
 // the values. Texts, comments and anything deeper are not read; attributes of the root and of modes neither.
 // Writing brings modes and elements in the order in which they were first added, attributes in byte order.
 //
-// Nothing throws except memory running out. Thread: one at a time for a skin; const operations may run side by side.
+// Nothing throws except memory running out; the skin then is as it was. Thread: one at a time for a skin; const
+// operations may run side by side.
 #pragma once
 
 #include <map>
@@ -94,6 +95,7 @@ class BRINDLE_API OVSkin {
 
     bool ReadXML(XMLReader& reader);
     void ReadElement(const CStringA& mode, const CStringA& element, XMLReader& reader);
+    void DropEmpty(const CStringA& mode) noexcept;
     const CStringA* Find(const CStringA& mode, const CStringA& element,
                          const CStringA& attribute) const noexcept;
     const CStringA* FindOrDefault(const CStringA& mode, const CStringA& element,

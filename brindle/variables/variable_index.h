@@ -23,6 +23,10 @@ class BRINDLE_API VariableIndex {
             return nullptr;
         return m_entries[at].variable;
     }
+    // Takes the memory for one more, so that the next Insert cannot fail.
+    void MakeRoom() {
+        if (m_entries.size() == m_entries.capacity()) m_entries.reserve(2 * m_entries.size() + 8);
+    }
     // Adds a variable whose name is not there yet.
     void Insert(const Variable& variable) {
         const std::string_view name = variable.name().view();

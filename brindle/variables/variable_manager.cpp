@@ -2,6 +2,8 @@
 // XML and archive in variable_persistence.cpp. Tested in variable_manager_test.cpp.
 #include "brindle/variables/variable_manager.h"
 
+#include <utility>
+
 VariableManager::VariableManager() = default;
 VariableManager::~VariableManager() = default;
 
@@ -12,21 +14,33 @@ VariableManager::VariableManager(const VariableManager& other)
 
 VariableManager& VariableManager::operator=(const VariableManager& other) {
     if (this == &other) return *this;
-    m_variables = other.m_variables;
+    replaceBy(other.m_variables);
     m_parent = other.m_parent;
-    rebuildIndex();
     return *this;
 }
 
 void VariableManager::rebuildIndex() {
-    m_index.Clear();
-    for (const auto& [name, variable] : m_variables) m_index.Append(variable);
+    brindle::VariableIndex index;
+    for (const auto& [name, variable] : m_variables) index.Append(variable);
+    m_index = std::move(index);
+}
+
+// All or nothing: the index points into the variables, so they may only change together.
+void VariableManager::replaceBy(Variables variables) {
+    brindle::VariableIndex index;
+    for (const auto& [name, variable] : variables) index.Append(variable);
+    m_variables.swap(variables);
+    m_index = std::move(index);
 }
 
 void VariableManager::addVariable(const Variable& v) {
     if (v.name().IsEmpty()) return;
-    const auto [entry, isNew] = m_variables.insert_or_assign(v.name(), v);
-    if (isNew) m_index.Insert(entry->second);
+    if (const auto known = m_variables.find(v.name()); known != m_variables.end()) {
+        known->second.setValue(v.value());
+        return;
+    }
+    m_index.MakeRoom();
+    m_index.Insert(m_variables.emplace(v.name(), v).first->second);
 }
 
 void VariableManager::removeVariable(const CStringA& name) {
@@ -46,8 +60,7 @@ void VariableManager::copyFrom(VariableManager* other) {
     if (other == this) {
         clear();
     } else {
-        m_variables = other->m_variables;
-        rebuildIndex();
+        replaceBy(other->m_variables);
     }
 }
 

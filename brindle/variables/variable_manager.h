@@ -3,6 +3,7 @@
 //
 // A name is any non-empty text; names compare byte by byte and case counts. The enclosing scope ("parent") is
 // not owned: it must outlive this scope or be detached with setParent(nullptr), and copies share it.
+// When memory runs out (std::bad_alloc, the only exception but for Serialize's) a scope is as it was before the call.
 // Thread: const operations may run on several threads as long as nobody changes the scope or one of its
 // parents.
 #pragma once
@@ -101,6 +102,7 @@ class BRINDLE_API VariableManager {
     void closeReference(std::size_t open, std::size_t rest, std::string& expanded) const;
 
     void rebuildIndex();
+    void replaceBy(Variables variables);
 
     Variables m_variables;
     brindle::VariableIndex m_index;  // of m_variables

@@ -1,6 +1,7 @@
 // How a scope of variables is stored: the XML vocabulary, and the archive string around it. Stored: do not
 // change. Tested in variable_persistence_test.cpp.
 #include <cstdio>
+#include <utility>
 
 #include "brindle/framework/archive.h"
 #include "brindle/variables/variable_manager.h"
@@ -16,15 +17,16 @@ constexpr const char* kValue = "value";
 
 bool VariableManager::read(XMLReader& reader) {
     if (!reader.EnterSection(kVariables, true)) return false;
+    Variables variables;
     while (reader.EnterSection(kVariable, false)) {
         CStringA name;
         CStringA value;
         reader.ReadAttribute(kName, name);
         reader.ReadAttribute(kValue, value);
-        if (!name.IsEmpty()) m_variables.insert_or_assign(name, Variable(name, value));
+        if (!name.IsEmpty()) variables.insert_or_assign(name, Variable(name, value));
         reader.CloseSection();
     }
-    rebuildIndex();  // once: entry by entry it would take quadratic time
+    replaceBy(std::move(variables));  // at once: entry by entry the index would take quadratic time
     reader.CloseSection();
     return true;
 }
@@ -40,13 +42,13 @@ void VariableManager::write(XMLWriter& writer) const {
     writer.CloseSection();
 }
 
-// The second half of fromXML and load: what to do once the reader has loaded, or not.
+// The second half of fromXML and load: what to do once the reader has loaded, or not. Only now the scope is emptied:
+// memory that runs out while the document is read takes nothing away.
 bool VariableManager::readDocument(XMLReader& reader, bool loaded, const CStringA& error) {
-    if (!loaded) {
-        std::printf("Problem loading XML string: %s\n", error.GetString());
-        return false;
-    }
-    return read(reader);
+    if (loaded && read(reader)) return true;
+    clear();
+    if (!loaded) std::printf("Problem loading XML string: %s\n", error.GetString());
+    return false;
 }
 
 CStringA VariableManager::toXML() const {
@@ -59,8 +61,10 @@ CStringA VariableManager::toXML() const {
 }
 
 bool VariableManager::fromXML(const CStringA& xml) {
-    clear();
-    if (xml.IsEmpty()) return false;
+    if (xml.IsEmpty()) {
+        clear();
+        return false;
+    }
     XMLReader reader;
     CStringA error;
     const bool loaded = reader.LoadFromString(xml, error);
@@ -75,7 +79,6 @@ bool VariableManager::save(const CStringA& path) const {
 }
 
 bool VariableManager::load(const CStringA& path) {
-    clear();
     XMLReader reader;
     CStringA error;
     const bool loaded = reader.Load(path, error);

@@ -110,10 +110,15 @@ bool XMLReader::LoadFromStringPositioned(char const* text, Result& result) {
     return result.ok();
 }
 
-void XMLReader::Push(const std::shared_ptr<XmlDocument>& document, XmlNode* element) {
+std::shared_ptr<XMLReader::Section> XMLReader::MakeRoom() {
+    if (m_sections.size() == m_sections.capacity()) m_sections.reserve(2 * m_sections.size() + 4);
     std::shared_ptr<Section> section;
     if (Section* parent = Current()) section = std::move(parent->spare);
-    if (!section || section.use_count() != 1) section = std::make_shared<Section>();
+    return section && section.use_count() == 1 ? section : std::make_shared<Section>();
+}
+
+void XMLReader::Push(std::shared_ptr<Section> section, const std::shared_ptr<XmlDocument>& document,
+                     XmlNode* element) noexcept {
     if (section->document != document) section->document = document;
     section->element = element;
     section->children = document->Children(element);
@@ -128,12 +133,15 @@ bool XMLReader::EnterSection(char const* name, bool fromStart) {
     Section* current = Current();
     if (!current) {
         XmlNode* root = m_document ? m_document->SelectSingle(utf8.data()) : nullptr;
-        if (root) Push(m_document, root);
+        if (root) Push(MakeRoom(), m_document, root);
         return root != nullptr;
     }
-    if (fromStart) current->children.Reset();
-    XmlNode* child = current->document->NextElement(current->children, utf8);
-    if (child) Push(current->document, child);
+    XmlChildren children = current->children;
+    if (fromStart) children.Reset();
+    XmlNode* child = current->document->NextElement(children, utf8);
+    std::shared_ptr<Section> section = child ? MakeRoom() : nullptr;
+    current->children = children;
+    if (child) Push(std::move(section), current->document, child);
     return child != nullptr;
 }
 
@@ -150,6 +158,7 @@ const std::vector<CStringA>& XMLReader::GetChildSections() const {
     Section* current = Current();
     if (!current) return none;
     if (!current->hasChildNames) {
+        current->childNames.clear();  // memory may have run out in the middle of an earlier attempt
         XmlChildren all = current->children;
         all.Reset();
         while (XmlNode* child = current->document->NextElement(all))
@@ -251,8 +260,10 @@ void XMLReader::CreateSection(char const* name) {
     const Section* current = Current();
     if (!current) return;
     std::string buffer;
-    XmlNode* created = current->document->AppendElement(current->element, Utf8View(name, buffer).data());
-    if (created) Push(current->document, created);
+    const std::string_view utf8 = Utf8View(name, buffer);
+    std::shared_ptr<Section> section = MakeRoom();
+    XmlNode* created = current->document->AppendElement(current->element, utf8.data());
+    if (created) Push(std::move(section), current->document, created);
 }
 
 bool XMLReader::WriteAttribute(char const* name, CStringA& value) {

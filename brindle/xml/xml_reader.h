@@ -16,14 +16,16 @@
 //
 // Texts: narrow strings are bytes in the ANSI code page (platform/code_page.h); a character without a byte
 // there reads as "?". A null name or text reads as the empty text. Failure: nothing throws except memory
-// running out (std::bad_alloc). With no section open every read fails and leaves its output unchanged unless
-// its comment says otherwise. Limits: a document over 16 MiB, deeper than 256 elements or with more than
-// 4,096 attributes in one element is refused as a whole. No external entity, external DTD or network address
+// running out (std::bad_alloc); after that in a load the document is empty or the one before, in any other operation
+// the cursor and the document are as they were. With no section open every read fails and leaves its output
+// unchanged unless its comment says otherwise. Limits: a document over 16 MiB, deeper than 256 elements or with
+// more than 4,096 attributes in one element is refused as a whole. No external entity, external DTD or network address
 // is ever opened. Thread: a reader and the readers copied from it (they share the document) belong to one
 // thread at a time. GetAttributeNames shares its result across all readers of the process, so it belongs to
 // the user-interface thread.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -78,6 +80,8 @@ class BRINDLE_API XMLReader {
     bool EnterSection(char const* name, bool fromStart);
     // Leaves the current section; nothing happens when none is open.
     void CloseSection();
+    // How many sections are open.
+    std::size_t Depth() const noexcept { return m_sections.size(); }
     // The local names of the current section's child elements in document order, as they were when it was
     // entered; an empty list when none is open. Valid until the section is closed. Built when first asked
     // for.
@@ -135,7 +139,10 @@ class BRINDLE_API XMLReader {
     Section* Current() const noexcept { return m_sections.empty() ? nullptr : m_sections.back().get(); }
     // The attribute's text in UTF-8, where it lies or in `buffer`. False when absent or no section is open.
     bool FindAttribute(char const* name, std::string& buffer, std::string_view& value) const;
-    void Push(const std::shared_ptr<brindle::XmlDocument>& document, brindle_xml_node* element);
+    // What Push needs, so that it cannot fail.
+    std::shared_ptr<Section> MakeRoom();
+    void Push(std::shared_ptr<Section> section, const std::shared_ptr<brindle::XmlDocument>& document,
+              brindle_xml_node* element) noexcept;
 
     std::shared_ptr<brindle::XmlDocument> m_document;
     std::vector<std::shared_ptr<Section>> m_sections;

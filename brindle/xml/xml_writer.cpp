@@ -19,6 +19,28 @@ bool FindPlace(const brindle::XmlDocument* document, const std::vector<XmlNode*>
     return document && (place || sections.empty());
 }
 
+// A place for one more open section, made before its element is: an element that could not be entered would stay in
+// the document. Gone again unless it is kept.
+class OpenSection {
+  public:
+    explicit OpenSection(std::vector<XmlNode*>& sections) : m_sections(sections) {
+        sections.push_back(nullptr);
+    }
+    OpenSection(const OpenSection&) = delete;
+    OpenSection& operator=(const OpenSection&) = delete;
+    ~OpenSection() {
+        if (!m_kept) m_sections.pop_back();
+    }
+    void Keep(XmlNode* element) noexcept {
+        m_sections.back() = element;
+        m_kept = true;
+    }
+
+  private:
+    std::vector<XmlNode*>& m_sections;
+    bool m_kept = false;
+};
+
 }  // namespace
 
 XMLWriter::XMLWriter() = default;
@@ -28,9 +50,10 @@ XMLWriter& XMLWriter::operator=(const XMLWriter& other) = default;
 
 bool XMLWriter::Initialize() {
     if (m_initialised) return true;
-    m_document = brindle::CurrentXmlDom().CreateDocument();
-    if (!m_document) return false;
-    m_document->AppendInstruction(nullptr, "xml", "version='1.0'");
+    const std::shared_ptr<brindle::XmlDocument> document = brindle::CurrentXmlDom().CreateDocument();
+    if (!document) return false;
+    document->AppendInstruction(nullptr, "xml", "version='1.0'");
+    m_document = document;
     m_initialised = true;
     return true;
 }
@@ -38,10 +61,10 @@ bool XMLWriter::Initialize() {
 void XMLWriter::EnterSection(char const* name) {
     XmlNode* place = nullptr;
     std::string buffer;
-    XmlNode* element = nullptr;
-    if (FindPlace(m_document.get(), m_sections, place))
-        element = m_document->AppendElement(place, Utf8View(name, buffer).data());
-    m_sections.push_back(element);  // null keeps enter and close balanced; nothing goes into such a section
+    const std::string_view utf8 = Utf8View(name, buffer);
+    const bool found = FindPlace(m_document.get(), m_sections, place);
+    OpenSection section(m_sections);  // null keeps enter and close balanced; nothing goes into such a section
+    section.Keep(found ? m_document->AppendElement(place, utf8.data()) : nullptr);
 }
 
 bool XMLWriter::EnterCopy(const XMLReader& source, const std::vector<Replacement>& replacements) {
@@ -54,8 +77,9 @@ bool XMLWriter::EnterCopy(const XMLReader& source, const std::vector<Replacement
     for (const Replacement& replacement : replacements)
         utf8.push_back({Utf8View(replacement.from, buffers[2 * utf8.size()]),
                         Utf8View(replacement.to, buffers[2 * utf8.size() + 1])});
+    OpenSection section(m_sections);
     XmlNode* copy = m_document->AppendCopy(place, *document, element, utf8);
-    if (copy) m_sections.push_back(copy);
+    if (copy) section.Keep(copy);
     return copy != nullptr;
 }
 

@@ -10,10 +10,12 @@
 // The document holds exactly the nodes written: no indentation, no line breaks. Narrow strings are bytes in
 // the ANSI code page (platform/code_page.h); a null text reads as the empty text. Files are UTF-8. Failure:
 // writing operations report nothing, and do nothing before Initialize has succeeded; only Initialize, Save
-// and SaveToString return a result. Nothing throws except memory running out (std::bad_alloc). Thread: a
-// writer and its copies (they share the document) belong to one thread at a time.
+// and SaveToString return a result. Nothing throws except memory running out (std::bad_alloc); the operation then
+// has written and entered nothing. Thread: a writer and its copies (they share the document) belong to one thread
+// at a time.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -54,6 +56,8 @@ class BRINDLE_API XMLWriter {
     bool EnterCopy(const XMLReader& source, const std::vector<Replacement>& replacements = {});
     // Closes the current section. Calls are balanced by the caller; one too many does nothing.
     void CloseSection();
+    // How many sections are open.
+    std::size_t Depth() const noexcept { return m_sections.size(); }
 
     // Sets an attribute of the current section; one of the same name is replaced. Without a section: nothing.
     void WriteAttribute(char const* name, char const* value);

@@ -17,6 +17,7 @@
 #include <memory>
 #include <string>
 
+#include "brindle/framework/never_destroyed.h"
 #include "brindle/platform/backend.h"
 #include "brindle/platform/host_path.h"
 #include "brindle/platform/linux/file_descriptor.h"
@@ -125,6 +126,7 @@ int WriteAll(int fd, std::string_view bytes) {
         const ssize_t written = write(fd, bytes.data(), bytes.size());
         if (written < 0 && errno == EINTR) continue;
         if (written < 0) return errno;
+        if (written == 0) return EIO;
         bytes.remove_prefix(static_cast<std::size_t>(written));
     }
     return 0;
@@ -162,10 +164,12 @@ class ReplacementFile {
         return file.Close();
     }
     int TakePlace() {
+        const std::string folderName =
+            FolderOf(m_target);  // nothing may fail any more once the file is replaced
         if (rename(m_path.c_str(), m_target.c_str()) != 0) return errno;
         m_path.clear();
         // The file is replaced; a folder that cannot be flushed does not undo that.
-        const FileDescriptor folder(open(FolderOf(m_target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        const FileDescriptor folder(open(folderName.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         if (folder.ok()) static_cast<void>(fsync(folder.get()));
         return 0;
     }
@@ -202,10 +206,12 @@ int Lock(int fd) {
     return EWOULDBLOCK;
 }
 
-// Where writing to `path` ends up: behind a symbolic link when it names one.
-std::string BehindLink(const std::string& path) {
+// Makes the path of a file the one where writing to it ends up: behind a symbolic link when it names one. False, with
+// the system's error, when that cannot be found.
+bool BehindLink(std::string& path) {
     const std::unique_ptr<char, void (*)(void*)> real(realpath(path.c_str(), nullptr), &std::free);
-    return real ? real.get() : path;
+    if (real) path = real.get();
+    return real != nullptr;
 }
 
 class LinuxFiles final : public Files {
@@ -251,7 +257,7 @@ class LinuxFiles final : public Files {
     Result Update(std::string_view hostPath, std::uint64_t limit, const Edit& edit) override {
         std::string path = ExistingOrNew(hostPath);
         if (path.empty()) return NoPath(hostPath);
-        path = BehindLink(path);
+        if (!BehindLink(path) && errno != ENOENT) return SystemError(hostPath, errno);
         // The folder is what is locked: it is there before the file is, and stays when the file is replaced.
         const FileDescriptor folder(open(FolderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         if (!folder.ok()) return SystemError(hostPath, errno);
@@ -324,11 +330,15 @@ class LinuxFiles final : public Files {
         if (path.empty()) return NoPath(hostPath);
         struct stat old {};
         const bool exists = stat(path.c_str(), &old) == 0;
+        // Not known to be missing: it may be there, with a link or rights that are to be kept.
+        if (!exists && errno != ENOENT) return SystemError(hostPath, errno);
+        std::string target = path;
         if (exists) {
             if (Result refused = RefuseUnlessRegular(hostPath, old); !refused.ok()) return refused;
             if (access(path.c_str(), W_OK) != 0) return SystemError(hostPath, errno);
+            if (!BehindLink(target)) return SystemError(hostPath, errno);
         }
-        ReplacementFile replacement(exists ? BehindLink(path) : path, exists ? &old : nullptr);
+        ReplacementFile replacement(std::move(target), exists ? &old : nullptr);
         if (const int error = replacement.Write(bytes)) return SystemError(hostPath, error);
         if (const int error = replacement.TakePlace()) return SystemError(hostPath, error);
         return {};
@@ -363,8 +373,8 @@ class LinuxFiles final : public Files {
 }  // namespace
 
 Files& BackendFiles() noexcept {
-    static LinuxFiles& files = *new LinuxFiles;
-    return files;
+    static NeverDestroyed<LinuxFiles> files;
+    return *files;
 }
 
 }  // namespace brindle

@@ -9,6 +9,7 @@
 #include <mutex>
 #include <string>
 
+#include "brindle/framework/never_destroyed.h"
 #include "brindle/platform/files.h"
 #include "brindle/platform/ini_answer.h"
 #include "brindle/platform/ini_store.h"
@@ -74,8 +75,8 @@ class FilesIniStore final : public IniStore {
 }  // namespace
 
 IniStore& BackendIniStore() noexcept {
-    static FilesIniStore& store = *new FilesIniStore;
-    return store;
+    static NeverDestroyed<FilesIniStore> store;
+    return *store;
 }
 
 }  // namespace brindle

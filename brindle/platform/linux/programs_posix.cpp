@@ -17,6 +17,7 @@
 #include <mutex>
 
 #include "brindle/framework/letter_case.h"
+#include "brindle/framework/never_destroyed.h"
 #include "brindle/platform/backend.h"
 #include "brindle/platform/environment.h"
 #include "brindle/platform/system_text.h"
@@ -319,8 +320,8 @@ class PosixPrograms final : public Programs {
 }  // namespace
 
 Programs& BackendPrograms() noexcept {
-    static PosixPrograms& programs = *new PosixPrograms;
-    return programs;
+    static NeverDestroyed<PosixPrograms> programs;
+    return *programs;
 }
 
 }  // namespace brindle

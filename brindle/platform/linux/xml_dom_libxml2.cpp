@@ -224,17 +224,16 @@ bool Libxml2Document::AppendInstruction(XmlNode* parent, const char* target, con
 bool Libxml2Document::SetAttribute(XmlNode* element, const char* name, const char* value) {
     if (!name || !*name) return false;
     xmlNode* node = In(element);
-    xmlNode* text = Allocated(xmlNewDocText(m_document, Chars(value)));
+    std::unique_ptr<xmlNode, void (*)(xmlNode*)> text(Allocated(xmlNewDocText(m_document, Chars(value))),
+                                                      &xmlFreeNode);
     xmlAttr* attribute = m_attributes.Find(node, name);
     if (!attribute) {
         const auto [ns, local] = Resolve(m_document, node, name);
-        attribute = m_attributes.Append(node, name, ns, Chars(local));
-        if (!attribute) xmlFreeNode(text);
-        Allocated(attribute);
+        attribute = Allocated(m_attributes.Append(node, name, ns, Chars(local)));
     }
     xmlFreeNodeList(attribute->children);
     attribute->children = attribute->last = nullptr;
-    Link(reinterpret_cast<xmlNode*>(attribute), text);
+    Link(reinterpret_cast<xmlNode*>(attribute), text.release());
     return true;
 }
 

@@ -42,14 +42,18 @@ xmlAttr* AttributeIndex::Find(const xmlNode* element, std::string_view name) {
 
 xmlAttr* AttributeIndex::Append(xmlNode* element, std::string_view name, xmlNs* ns, const xmlChar* local) {
     if (element != m_element) return xmlNewNsProp(element, ns, local, nullptr);
+    xmlAttr*& place = m_byName.try_emplace(std::string(name)).first->second;
     xmlAttr* attribute = xmlNewDocProp(element->doc, local, nullptr);
-    if (!attribute) return nullptr;
+    if (!attribute) {
+        Clear();
+        return nullptr;
+    }
+    place = attribute;
     attribute->parent = element;
     attribute->ns = ns;
     attribute->prev = m_last;
     m_last->next = attribute;
     m_last = attribute;
-    m_byName.try_emplace(std::string(name), attribute);
     return attribute;
 }
 

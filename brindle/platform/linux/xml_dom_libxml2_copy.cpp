@@ -1,5 +1,5 @@
 // See xml_dom_libxml2_copy.h. Tests: xml_dom_test.cpp. A loop, since a built tree may have any depth; nodes are
-// linked before they are filled, so that memory running out leaves a smaller tree and no stray node.
+// linked before they are filled, so that what there is of a copy when memory runs out goes with its top node.
 #include "brindle/platform/linux/xml_dom_libxml2_copy.h"
 
 #include <string>
@@ -124,7 +124,16 @@ class Copier {
 
 xmlNode* AppendCopyByLibxml2(xmlDoc* document, xmlNode* parent, const xmlNode* source,
                              const XmlReplacements& replacements) {
-    return Copier(document, replacements).Copy(parent, source);
+    xmlNode* const before = parent->last;
+    try {
+        return Copier(document, replacements).Copy(parent, source);
+    } catch (...) {
+        if (xmlNode* part = parent->last; part != before) {
+            xmlUnlinkNode(part);
+            xmlFreeNode(part);
+        }
+        throw;
+    }
 }
 
 }  // namespace brindle

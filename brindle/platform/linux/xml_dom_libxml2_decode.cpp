@@ -7,6 +7,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
+#include <memory>
 #include <optional>
 
 #include "brindle/platform/utf8.h"
@@ -87,6 +88,7 @@ Result DecodeUtf16(std::string_view bytes, bool bigEndian, std::string& utf8) {
 Result DecodeByIconv(std::string_view bytes, const std::string& name, std::string& utf8) {
     const iconv_t converter = iconv_open("UTF-8", name.c_str());
     if (converter == reinterpret_cast<iconv_t>(-1)) return Refused("unknown encoding " + name);
+    const std::unique_ptr<void, int (*)(void*)> open(converter, &iconv_close);
     char* in = const_cast<char*>(bytes.data());  // iconv's signature; it does not write there
     std::size_t left = bytes.size();
     bool good = true;
@@ -97,7 +99,6 @@ Result DecodeByIconv(std::string_view bytes, const std::string& name, std::strin
         good = iconv(converter, &in, &left, &out, &room) != static_cast<std::size_t>(-1) || errno == E2BIG;
         utf8.append(block, static_cast<std::size_t>(out - block));
     }
-    iconv_close(converter);
     return good ? Result{} : Refused("bytes that are not in the declared encoding " + name);
 }
 

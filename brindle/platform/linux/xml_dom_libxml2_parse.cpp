@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <new>
 #include <string>
 #include <unordered_map>
@@ -67,18 +68,18 @@ Parse& ParseOf(void* data) {
     return *static_cast<Parse*>(Context(data)->_private);
 }
 
-void Stop(void* data, const char* limit) {
-    Parse& parse = ParseOf(data);
-    if (parse.limit.ok()) {
-        const XmlPosition place = XmlPlaces(parse.text).At(parse.Offset());
-        parse.limit = Result::Error(ErrorCode::kLimit, limit, place.line, place.column);
+// Runs what a handler does. No exception may pass through libxml2, which would leave everything it holds behind.
+template <class Work>
+void Guarded(void* data, Work work) noexcept {
+    try {
+        work();
+    } catch (const std::bad_alloc&) {
+        ParseOf(data).outOfMemory = true;
+        xmlStopParser(Context(data));
     }
-    xmlStopParser(Context(data));
 }
 
-void OnError(void* data, xmlErrorPtr error) {
-    if (!data || !Context(data)->_private || error->level < XML_ERR_ERROR) return;
-    Parse& parse = ParseOf(data);
+void NoteError(Parse& parse, const xmlError* error) {
     std::string text = error->message ? error->message : "not well-formed";
     while (!text.empty() && (text.back() == '\n' || text.back() == ' ')) text.pop_back();
     // A text over libxml2's own limit is reported as memory running out.
@@ -88,6 +89,21 @@ void OnError(void* data, xmlErrorPtr error) {
     const XmlPosition place = XmlPlaces(parse.text).At(parse.Offset());
     parse.error = Result::Error(huge ? ErrorCode::kLimit : ErrorCode::kNotWellFormed, std::move(text),
                                 place.line, place.column);
+}
+
+void OnError(void* data, xmlErrorPtr error) {
+    if (!data || !Context(data)->_private || error->level < XML_ERR_ERROR) return;
+    Guarded(data, [&] { NoteError(ParseOf(data), error); });
+}
+
+void Stop(void* data, const char* limit) {
+    Guarded(data, [&] {
+        Parse& parse = ParseOf(data);
+        if (!parse.limit.ok()) return;
+        const XmlPosition place = XmlPlaces(parse.text).At(parse.Offset());
+        parse.limit = Result::Error(ErrorCode::kLimit, limit, place.line, place.column);
+    });
+    xmlStopParser(Context(data));
 }
 
 // The "<" of the tag that libxml2 has just read: no other stands between it and the end of the tag.
@@ -111,8 +127,10 @@ void OnStartElement(void* data, const xmlChar* localName, const xmlChar* prefix,
                           attributeTable);
     Parse& parse = ParseOf(data);
     if (!parse.places || context != parse.outer || context->inputNr != 1 || !context->node) return;
-    parse.places->push_back(PlaceOfTag(parse));
-    context->node->_private = reinterpret_cast<void*>(parse.places->size());
+    Guarded(data, [&] {
+        parse.places->push_back(PlaceOfTag(parse));
+        context->node->_private = reinterpret_cast<void*>(parse.places->size());
+    });
 }
 
 void OnEntityDecl(void* data, const xmlChar* name, int type, const xmlChar* publicId, const xmlChar* systemId,
@@ -160,7 +178,8 @@ std::uint64_t ExpandedBytes(Parse& parse, xmlDoc* document, const xmlEntity* ent
 bool Spend(void* data, const xmlEntity* entity) {
     Parse& parse = ParseOf(data);
     xmlParserCtxt* context = Context(data);
-    parse.expandedBytes += ExpandedBytes(parse, context->myDoc, entity, 0);
+    Guarded(data, [&] { parse.expandedBytes += ExpandedBytes(parse, context->myDoc, entity, 0); });
+    if (parse.outOfMemory) return false;
     const xmlNode* last = context->node ? context->node->last : nullptr;
     if (last && last->type == XML_TEXT_NODE && last->content)
         parse.rewalkedBytes += std::strlen(reinterpret_cast<const char*>(last->content));
@@ -257,27 +276,21 @@ Result Verdict(const Parse& parse, const xmlParserCtxt& context, xmlDoc* documen
 Result ParseByLibxml2(std::string_view utf8, std::vector<XmlPosition>* places, xmlDoc*& document) {
     document = nullptr;
     if (Result checked = Checked(utf8); !checked.ok()) return checked;
-    xmlParserCtxt* context = xmlNewParserCtxt();
+    const std::unique_ptr<xmlParserCtxt, void (*)(xmlParserCtxt*)> context(xmlNewParserCtxt(),
+                                                                           &xmlFreeParserCtxt);
     if (!context) throw std::bad_alloc();
     Parse parse(utf8);
     parse.places = places;
-    parse.outer = context;
+    parse.outer = context.get();
     context->_private = &parse;
     InstallHandlers(*context->sax);
-    xmlDoc* parsed =
-        xmlCtxtReadMemory(context, utf8.data(), static_cast<int>(utf8.size()), nullptr, nullptr, kOptions);
-    Result result = Verdict(parse, *context, parsed);
-    xmlFreeParserCtxt(context);
-    if (result.ok()) {
-        document = parsed;
-    } else if (parsed) {
-        xmlFreeDoc(parsed);
-    }
-    if (parse.outOfMemory) {
-        if (document) xmlFreeDoc(document);
-        document = nullptr;
-        throw std::bad_alloc();
-    }
+    std::unique_ptr<xmlDoc, void (*)(xmlDoc*)> parsed(
+        xmlCtxtReadMemory(context.get(), utf8.data(), static_cast<int>(utf8.size()), nullptr, nullptr,
+                          kOptions),
+        &xmlFreeDoc);
+    if (parse.outOfMemory) throw std::bad_alloc();
+    Result result = Verdict(parse, *context, parsed.get());
+    if (result.ok()) document = parsed.release();
     return result;
 }
 

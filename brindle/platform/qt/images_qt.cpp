@@ -5,7 +5,7 @@
 #include <QtCore/QBuffer>
 #include <QtGui/QImage>
 #include <QtGui/QImageReader>
-#include <cstring>
+#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -37,12 +37,10 @@ bool AddFrame(QImageReader& reader, Image& image) {
     if (read.width() != image.width || read.height() != image.height) return false;
     read.convertTo(QImage::Format_ARGB32_Premultiplied);
     if (read.isNull()) return false;
-    const std::size_t row = static_cast<std::size_t>(image.width);
-    const std::size_t begin = image.pixels.size();
-    image.pixels.resize(begin + image.PixelsOfFrame());
-    for (int y = 0; y < image.height; ++y)
-        std::memcpy(image.pixels.data() + begin + static_cast<std::size_t>(y) * row, read.constScanLine(y),
-                    row * sizeof(std::uint32_t));
+    for (int y = 0; y < image.height; ++y) {
+        const auto* const row = reinterpret_cast<const std::uint32_t*>(read.constScanLine(y));
+        image.pixels.insert(image.pixels.end(), row, row + image.width);
+    }
     ++image.frames;
     return true;
 }
@@ -64,6 +62,7 @@ class QtImageReaders final : public Images {
         Image decoded;
         decoded.width = static_cast<std::int32_t>(header.width);
         decoded.height = static_cast<std::int32_t>(header.height);
+        decoded.pixels.reserve(decoded.PixelsOfFrame() * header.frames);
         while (decoded.frames < header.frames && AddFrame(reader, decoded)) {
         }
         if (decoded.frames == 0)

@@ -38,6 +38,23 @@ struct PicturePart {
     bool upsideDown = false;  // top and bottom exchanged
 };
 
+class DrawingSurface;
+
+// Shapes that many widgets draw alike, so that a surface may keep what they look like. Nothing but the look and the
+// place decides what is drawn: the same everywhere right of and below the origin, another elsewhere.
+class SharedShapes {
+  public:
+    // Those of equal bytes draw the same. Valid as long as the object.
+    virtual std::string_view Look() const = 0;
+    // What a drawing at that place may touch; an empty rectangle where that is not known.
+    virtual CRect Extent(CPoint at) const = 0;
+    // With shapes of its own (BeginShapes), and nothing but shapes.
+    virtual void Draw(DrawingSurface& surface, CPoint at) const = 0;
+
+  protected:
+    ~SharedShapes() = default;
+};
+
 class DrawingSurface {
   public:
     // Keeps the clip; Restore brings back what the last unmatched Save kept, and does nothing without one. Both
@@ -59,6 +76,9 @@ class DrawingSurface {
     virtual void FillPath(const ShapePath& path, const Paint& paint) = 0;
     virtual void FillArea(const RectF& area, const Paint& paint) = 0;
     virtual void DrawPath(const ShapePath& path, const Pen& pen) = 0;
+
+    // Outside BeginShapes and EndShapes. A surface that keeps nothing draws them.
+    virtual void DrawShared(const SharedShapes& shapes, CPoint at) { shapes.Draw(*this, at); }
 
     // How long a text is along its line, and how high the line is, whatever the font's escapement; line breaks count as
     // characters. False, `extent` unchanged, when the surface cannot draw text (no fonts).

@@ -9,7 +9,7 @@
 namespace OV {
 namespace {
 
-using brindle::ButtonLook;
+using brindle::ButtonLook, brindle::ButtonParts, brindle::ButtonShapes;
 
 constexpr double kDisabledLightening = 0.5;
 constexpr std::uint32_t kStrongWhite = 200, kGlowWhite = 0x7F, kBright = 127;
@@ -95,18 +95,11 @@ void Button::Draw(CDC* dc, double scale) {
     dc->SaveDC();
     if (m_drawImageBehindNormal) DrawImage(dc, m_bounds);
     if (!m_drawImageBehindNormal && CurrentImage().picture) {
-        {
-            const brindle::ShapeScope shapes(surface, true);
-            brindle::DrawButtonBody(surface, look, at);
-        }
+        surface.DrawShared(ButtonShapes(look, ButtonParts::kBody), at);
         DrawImage(dc, m_bounds);
-        const brindle::ShapeScope shapes(surface, true);
-        brindle::DrawButtonOutline(surface, look, at);
+        surface.DrawShared(ButtonShapes(look, ButtonParts::kOutline), at);
     } else {
-        const brindle::ShapeScope shapes(surface, true);
-        brindle::DrawButtonBody(surface, look, at);
-        surface.UnclipShapes();
-        brindle::DrawButtonOutline(surface, look, at);
+        surface.DrawShared(ButtonShapes(look, ButtonParts::kBoth), at);
     }
     dc->RestoreDC();
     Text::Draw(dc, scale);

@@ -1,6 +1,8 @@
 // The recipe of a button's shapes. Tests: button_test.cpp, and the pictures of platform/qt/button_picture_test.cpp.
 #include "brindle/widgets/button_shapes.h"
 
+#include <algorithm>
+
 #include "brindle/widgets/rounded_rectangle.h"
 
 namespace brindle {
@@ -81,9 +83,8 @@ void DrawGlow(DrawingSurface& surface, const ButtonLook& look, const RectF& fram
                      Paint::Centre(ellipse, centre, WhiteWithAlpha(look.glowWhite), WhiteWithAlpha(0)));
 }
 
-}  // namespace
-
-void DrawButtonBody(DrawingSurface& surface, const ButtonLook& look, CPoint at) {
+// The frame's clip stays behind.
+void DrawBody(DrawingSurface& surface, const ButtonLook& look, CPoint at) {
     if (look.fill == ButtonLook::kNoBody) return;
     const RectF frame = FrameRectangle(Bounds(look, at));
     const ShapePath path = RoundedRectangle(frame, look.radius);
@@ -93,11 +94,39 @@ void DrawButtonBody(DrawingSurface& surface, const ButtonLook& look, CPoint at) 
     DrawGlow(surface, look, frame);
 }
 
-void DrawButtonOutline(DrawingSurface& surface, const ButtonLook& look, CPoint at) {
+void DrawOutline(DrawingSurface& surface, const ButtonLook& look, CPoint at) {
     if (look.outlineWidth <= 0) return;
     const RectF frame = FrameRectangle(Bounds(look, at));
     surface.DrawPath(RoundedRectangle(frame, look.radius),
                      {look.outline, static_cast<float>(look.outlineWidth)});
+}
+
+}  // namespace
+
+std::string_view ButtonShapes::Look() const {
+    static_assert(std::has_unique_object_representations_v<decltype(m_bytes)>, "compared by its bytes");
+    return {reinterpret_cast<const char*>(&m_bytes), sizeof m_bytes};
+}
+
+// Where corners overlap, or the sheen is inset by more than there is, shapes reach far out of the bounds.
+CRect ButtonShapes::Extent(CPoint at) const {
+    const ButtonLook& look = m_bytes.look;
+    constexpr std::int32_t kLargest = 1 << 15;
+    const bool ordinary = look.width > 0 && look.height > 0 && look.width < kLargest &&
+                          look.height < kLargest && 2 * look.radius <= look.width &&
+                          look.width / 15 < look.height && look.outlineWidth < kLargest;
+    if (!ordinary) return {};
+    const std::int32_t beyond = std::max(look.outlineWidth, 0) / 2 + 2;
+    CRect extent = Bounds(look, at);
+    extent.DeflateRect(-beyond, -beyond);
+    return extent;
+}
+
+void ButtonShapes::Draw(DrawingSurface& surface, CPoint at) const {
+    const ShapeScope shapes(surface, true);
+    if (m_bytes.parts != ButtonParts::kOutline) DrawBody(surface, m_bytes.look, at);
+    if (m_bytes.parts == ButtonParts::kBoth) surface.UnclipShapes();
+    if (m_bytes.parts != ButtonParts::kBody) DrawOutline(surface, m_bytes.look, at);
 }
 
 }  // namespace brindle

@@ -36,9 +36,25 @@ struct ButtonLook {
 };
 static_assert(std::has_unique_object_representations_v<ButtonLook>, "compared by its bytes");
 
-// Both between BeginShapes and EndShapes, smooth, for a button whose upper left corner is at `at`. The body leaves the
-// frame's clip behind.
-void DrawButtonBody(DrawingSurface& surface, const ButtonLook& look, CPoint at);
-void DrawButtonOutline(DrawingSurface& surface, const ButtonLook& look, CPoint at);
+// What of a button is drawn together: a picture may lie between its body and its outline.
+enum class ButtonParts : std::int32_t { kBody, kOutline, kBoth };
+
+class ButtonShapes final : public SharedShapes {
+  public:
+    ButtonShapes(const ButtonLook& look, ButtonParts parts) noexcept : m_bytes{kKind, parts, look} {}
+
+    std::string_view Look() const override;
+    CRect Extent(CPoint at) const override;
+    void Draw(DrawingSurface& surface, CPoint at) const override;
+
+  private:
+    static constexpr std::uint32_t kKind = 0x4E545442;  // no other kind of shapes begins with it
+
+    struct {
+        std::uint32_t kind;
+        ButtonParts parts;
+        ButtonLook look;
+    } m_bytes;
+};
 
 }  // namespace brindle

@@ -230,10 +230,7 @@ TEST(Button, AHighlightWithoutAreaShowsNothing) {
     look.shine = ButtonLook::kEmptyShine;
     look.strongWhite = 200;
     RecordingSurface surface;
-    {
-        const ShapeScope shapes(surface, true);
-        DrawButtonBody(surface, look, {5, 5});
-    }
+    ButtonShapes(look, ButtonParts::kBody).Draw(surface, {5, 5});
     EXPECT_NE(surface.Text().find("fill area 0 0 0 0 vertical #C8FFFFFF #42FFFFFF over 0 0 0 0\n"),
               std::string::npos);
 }

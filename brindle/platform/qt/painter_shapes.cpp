@@ -87,17 +87,18 @@ QList<qreal> DashPattern(DashStyle dash, bool round) {
 }
 
 // Where the row through `y` crosses the outlines, from left to right.
-std::vector<double> Crossings(const QList<QPolygonF>& outlines, double y) {
-    std::vector<double> crossings;
+void FindCrossings(const QList<QPolygonF>& outlines, double y, std::vector<double>& crossings) {
+    crossings.clear();
     for (const QPolygonF& outline : outlines) {
-        for (qsizetype i = 0; i < outline.size(); ++i) {
-            const QPointF a = outline[i], b = outline[(i + 1) % outline.size()];
+        const QPointF* const points = outline.constData();
+        const qsizetype count = outline.size();
+        for (qsizetype i = 0; i < count; ++i) {
+            const QPointF a = points[i], b = points[i + 1 == count ? 0 : i + 1];
             if ((a.y() <= y) == (b.y() <= y)) continue;
             crossings.push_back(a.x() + (y - a.y()) / (b.y() - a.y()) * (b.x() - a.x()));
         }
     }
     std::sort(crossings.begin(), crossings.end());
-    return crossings;
 }
 
 // The first pixel whose centre lies at or right of x.
@@ -126,6 +127,22 @@ bool DoublesBack(const ShapePath& path) {
     return false;
 }
 
+// Rows of the same spans become one band: the spans from `before` reach one row further and those from `current`, of
+// the row below, go. False, nothing changed, where they differ.
+bool Lengthen(std::vector<QRect>& spans, std::size_t before, std::size_t current) {
+    const std::size_t count = current - before;
+    if (count == 0 || spans.size() - current != count) return false;
+    for (std::size_t i = 0; i < count; ++i) {
+        const QRect &above = spans[before + i], &below = spans[current + i];
+        if (above.left() != below.left() || above.right() != below.right() ||
+            above.bottom() + 1 != below.top())
+            return false;
+    }
+    for (std::size_t i = before; i < current; ++i) spans[i].setBottom(spans[i].bottom() + 1);
+    spans.resize(current);
+    return true;
+}
+
 }  // namespace
 
 QPainterPath QtOutline(const ShapePath& path, const Pen& pen, const QTransform& toPixels) {
@@ -143,12 +160,17 @@ QRegion WholePixels(const QPainterPath& path, const QTransform& toPixels, double
     const int first = FirstPixel(std::max(bounds.top(), 0.0)),
               last = FirstPixel(std::min(bounds.bottom(), height));
     std::vector<QRect> spans;
+    std::vector<double> crossings;
+    std::size_t before = 0, current = 0;  // where the spans of the last row and of this one begin
     for (int row = first; row < last; ++row) {
-        const std::vector<double> crossings = Crossings(outlines, row + 0.5);
+        FindCrossings(outlines, row + 0.5, crossings);
         for (std::size_t i = 0; i + 1 < crossings.size(); i += 2) {
             const int left = FirstPixel(crossings[i]), right = FirstPixel(crossings[i + 1]);
             if (left < right) spans.emplace_back(left, row, right - left, 1);
         }
+        if (Lengthen(spans, before, current)) continue;
+        before = current;
+        current = spans.size();
     }
     QRegion region;
     region.setRects(spans.data(), static_cast<int>(spans.size()));

@@ -5,6 +5,9 @@
 // one. Smoothing is the painter's own anti-aliasing; what the painter was set to comes back when the surface goes.
 #pragma once
 
+#include <QtGui/QTransform>
+#include <vector>
+
 #include "brindle/platform/drawing_surface.h"
 
 class QPainter;
@@ -30,14 +33,25 @@ class PainterSurface final : public DrawingSurface {
     void FillPath(const ShapePath& path, const Paint& paint) override;
     void FillArea(const RectF& area, const Paint& paint) override;
     void DrawPath(const ShapePath& path, const Pen& pen) override;
+    void DrawShared(const SharedShapes& shapes, CPoint at) override;
     bool TextExtent(const LOGFONTA& font, std::string_view text, CSize& extent) override;
     bool DrawRun(const TextRun& run) override;
     void DrawPicture(const PicturePart& part) override;
 
   private:
+    struct Clip {
+        ShapePath path;
+        QTransform toPixels;
+    };
+    void MakeClips();
+
     QPainter& m_painter;
-    int m_saved = 0;
+    int m_saved = 0;  // by Save
+    int m_kept = 0;   // of those, by the painter
     bool m_smooth = false;
+    std::vector<Clip> m_clips;  // that are not made yet, all to be inside of
+    bool m_clipped = false;     // there is a clip of shapes
+    bool m_replaces = false;    // which is to go before anything is drawn
 };
 
 }  // namespace brindle

@@ -6,6 +6,7 @@ option(BRINDLE_COVERAGE "Instrument for line and branch coverage" OFF)
 option(BRINDLE_DESKTOP "Build the desktop library, where Qt 6 is found" ON)
 set(BRINDLE_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize= takes them")
 set(BRINDLE_VECTORS "" CACHE PATH "Folder of recorded platform answers; empty: those tests skip")
+set(BRINDLE_MUTANTS "" CACHE PATH "Folder of sources with mutants, for the mutation check")
 set(BRINDLE_FUZZ_SECONDS 5 CACHE STRING "How long the test of a fuzz target runs it")
 
 set(CMAKE_CXX_STANDARD 20)

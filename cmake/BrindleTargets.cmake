@@ -17,10 +17,19 @@ target_include_directories(brindle_objects PUBLIC ${PROJECT_SOURCE_DIR})
 target_compile_definitions(brindle_objects PRIVATE BRINDLE_BUILDING)
 target_link_libraries(brindle_objects PUBLIC Threads::Threads PRIVATE LibXml2::LibXml2 ${NETSNMP_LINK_LIBRARIES})
 
-# brindle_sources(FILE...): adds this folder's sources to the library.
+# brindle_sources(FILE...): adds this folder's sources to the library. Where BRINDLE_MUTANTS has a file of that name,
+# it is taken in its place (scripts/mutate).
 function(brindle_sources)
-  list(TRANSFORM ARGN PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
-  target_sources(brindle_objects PRIVATE ${ARGN})
+  cmake_path(RELATIVE_PATH CMAKE_CURRENT_SOURCE_DIR BASE_DIRECTORY ${PROJECT_SOURCE_DIR} OUTPUT_VARIABLE folder)
+  foreach(file ${ARGN})
+    if(BRINDLE_MUTANTS AND EXISTS ${BRINDLE_MUTANTS}/${folder}/${file})
+      target_sources(brindle_objects PRIVATE ${BRINDLE_MUTANTS}/${folder}/${file})
+      set_source_files_properties(${BRINDLE_MUTANTS}/${folder}/${file} TARGET_DIRECTORY brindle_objects PROPERTIES
+                                  COMPILE_OPTIONS "-w;-include;${PROJECT_SOURCE_DIR}/tools/mutation/mutant.h")
+    else()
+      target_sources(brindle_objects PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/${file})
+    endif()
+  endforeach()
 endfunction()
 
 # Test programs, benchmarks and fuzz targets may use the global constructors their frameworks need.

@@ -39,6 +39,8 @@ TEST(RuleConvert, ReversePolish) {
         {"a ^ b * c", "a b ^ c *"},
         {"(Level > 10) & !Alarm", "Level 10 > Alarm ! &"},
         {"((a))", "a"},
+        {"\\\"a + b", "\\\"a b +"},
+        {"\\\"a\t+ b", "\\\"a b +"},
         {"(1 + 2) * 3", "1 2 + 3 *"},
         {"1(2)", "1 2"},
         {"a(b)c", "a b c"},
@@ -159,6 +161,24 @@ TEST(RuleConvert, QuoteInsideACallGoesOnBehindIt_Deliberate) {
         if (row.expected) {
             EXPECT_EQ(program.AsString(), row.expected);
         }
+    }
+}
+
+TEST(RuleConvert, StepsKnowWhereTheyStand) {
+    const Row rows[] = {
+        {"1 +  DATE() - Name", "0 5 2 14 12 "},
+        {"  a", "2 "},
+        {" \"b\" & !c", "1 8 7 5 "},
+        {"  DATE()", "2 "},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.rule);
+        RuleProgram program;
+        ASSERT_TRUE(ConvertRule(row.rule, program).ok());
+        std::string positions;
+        for (std::size_t i = 0; i < program.Size(); ++i)
+            positions += std::to_string(program[i].position) + " ";
+        EXPECT_EQ(positions, row.expected);
     }
 }
 

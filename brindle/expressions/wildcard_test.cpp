@@ -58,6 +58,8 @@ TEST(Wildcard, PlainPatterns) {
         {"one three two", "%one%two%three%", kNo},
         {std::string(40, 'a') + "b" + std::string(40, 'a'), "%" + std::string(30, 'a') + "b%", kYes},
         {std::string(20, 'a') + "b" + std::string(20, 'a'), "%" + std::string(30, 'a') + "%", kNo},
+        {std::string(20, 'a') + "b", "%" + std::string(20, 'a') + "b%b%", kNo},
+        {std::string(20, 'a') + "bb", "%" + std::string(20, 'a') + "b%b%", kYes},
         {"xabcabcabcabcabcabcabdx", "%abcabcabcabcabcabd%", kYes},
     };
     for (const Row& row : rows) {

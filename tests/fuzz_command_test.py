@@ -101,6 +101,13 @@ class FuzzCommand(unittest.TestCase):
         self.assertEqual(code, 1)
         self.assertTrue(output.splitlines()[-1].endswith("the corpora are too large"), output)
 
+    def test_keep_passes_over_what_failed(self):
+        self.add("bad", last=FAILS)
+        code, output = self.run_fuzz("30", "--keep")
+        self.assertEqual(code, 1)
+        self.assertEqual(len(self.calls("bad")), 1)
+        self.assertTrue(output.splitlines()[-1].endswith(": failed: bad"), output)
+
     def test_keep_merges_what_was_found(self):
         self.run_fuzz("30", "one", "--keep")
         self.assertRegex(self.calls("one")[-1], r"^-merge=1 .* \S+/corpus/one \S+/found/brindle_one_fuzz$")

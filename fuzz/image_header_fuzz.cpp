@@ -1,9 +1,11 @@
 // Any bytes as a picture file: what their header tells stays within the limits, and agrees with itself.
 #include <cstdint>
 #include <cstdlib>
+#include <string>
 #include <string_view>
 
 #include "brindle/platform/image_header.h"
+#include "brindle/platform/image_kinds.h"
 
 namespace {
 
@@ -19,6 +21,15 @@ void CheckHeader(const brindle::ImageHeader& header) {
     Require(header.delays.empty() || (header.frames > 1 && header.delays.size() == header.frames));
 }
 
+// What a decoder is handed of a PNG is one itself, of the same size, and holds nothing more to leave out.
+void CheckEssentials(std::string_view png, const brindle::ImageHeader& header) {
+    const std::string essentials = brindle::PngEssentials(png);
+    brindle::ImageHeader again;
+    Require(brindle::ReadImageHeader(essentials, brindle::ImageFrames::kAll, again).ok());
+    Require(again.width == header.width && again.height == header.height);
+    Require(essentials.size() <= png.size() && brindle::PngEssentials(essentials) == essentials);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -29,6 +40,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Require(read.ok() == read.text.empty());
     if (read.ok()) {
         CheckHeader(all);
+        if (all.kind == brindle::ImageKind::kPng) CheckEssentials(bytes, all);
+        if (!all.png.empty()) CheckEssentials(all.png, all);
         Require(one.ok() && first.width == all.width && first.height == all.height);
     }
     if (one.ok()) {

@@ -17,7 +17,7 @@ void CCommandBehaviourList::AddRepeatAction(const CCommandTrigger* trigger, cons
     const EngineCall call;
     const std::shared_ptr<brindle::RepeatQueue> repeats = m_repeats;  // GetRepeatTime may destroy the list
     const int period = action->GetRepeatTime();
-    Queue(*repeats, {trigger, event, action, variables, period, 0}, period);
+    if (!repeats->IsClosed()) Queue(*repeats, {trigger, event, action, variables, period, 0}, period);
 }
 
 void CCommandBehaviourList::AddRepeatTrigger(const CCommandTrigger* trigger, const CCommandEvent* event,
@@ -35,7 +35,6 @@ void CCommandBehaviourList::AddRepeatTrigger(const CCommandTrigger* trigger, con
 }
 
 void CCommandBehaviourList::Queue(brindle::RepeatQueue& repeats, RepeatEntry entry, std::int64_t delay) {
-    if (repeats.IsClosed()) return;
     // What has been destroyed and only waits for the outermost call to return gets no new repeats.
     if (brindle::IsParked(entry.trigger) || brindle::IsParked(entry.action)) return;
     entry.due = brindle::DueAfter(brindle::SystemMilliseconds(), delay);

@@ -31,15 +31,6 @@ CPoint Place(const QPoint& point) {
 
 }  // namespace
 
-QColor ColourOf(std::uint32_t reference) {
-    return QColor::fromRgb(static_cast<int>(reference & 0xFF), static_cast<int>(reference >> 8 & 0xFF),
-                           static_cast<int>(reference >> 16 & 0xFF));
-}
-
-std::uint32_t ReferenceOf(const QColor& colour) {
-    return static_cast<std::uint32_t>(colour.red() | colour.green() << 8 | colour.blue() << 16);
-}
-
 SelectColourDialog::SelectColourDialog(QWidget* owner, std::uint32_t colour) : QColorDialog(owner) {
     setOption(DontUseNativeDialog);
     setCurrentColor(ColourOf(colour));

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "brindle/platform/dropper.h"
+#include "brindle/platform/qt/widget_text.h"
 
 class QPushButton;
 
@@ -16,9 +17,6 @@ class CDropperButton;
 // Numbers of two buttons, as hosts know them.
 constexpr unsigned kControlAddColour = 712;
 constexpr unsigned kControlDropper = 10000;
-
-QColor ColourOf(std::uint32_t reference);
-std::uint32_t ReferenceOf(const QColor& colour);
 
 class SelectColourDialog final : public QColorDialog, private DropperHost {
   public:

@@ -18,6 +18,7 @@
 
 #include "brindle/platform/qt/dialog_templates.h"
 #include "brindle/platform/qt/painter_context.h"
+#include "brindle/platform/qt/widget_text.h"
 
 namespace brindle {
 namespace {
@@ -46,15 +47,6 @@ ControlKind KindOf(const QWidget* control) {
     if (qobject_cast<const QComboBox*>(control) || qobject_cast<const QAbstractItemView*>(control))
         return {kKindList, QPalette::Text};
     return {kKindEdit, QPalette::Text};
-}
-
-unsigned long Reference(const QColor& colour) {
-    return static_cast<unsigned long>(colour.red() | colour.green() << 8 | colour.blue() << 16);
-}
-
-QColor Colour(unsigned long reference) {
-    return QColor::fromRgb(static_cast<int>(reference & 0xFF), static_cast<int>(reference >> 8 & 0xFF),
-                           static_cast<int>(reference >> 16 & 0xFF));
 }
 
 }  // namespace
@@ -184,7 +176,7 @@ void DialogWindow::ColourText(QWidget* control) {
     const ControlKind kind = KindOf(control);
     const auto known = m_usual.constFind(control);
     const QPalette usual = known == m_usual.constEnd() ? control->palette() : *known;
-    const unsigned long usualColour = Reference(usual.color(QPalette::Active, kind.text));
+    const unsigned long usualColour = ReferenceOf(usual.color(QPalette::Active, kind.text));
     QImage nowhere(1, 1, QImage::Format_RGB32);
     QPainter painter(&nowhere);
     PainterContext context(painter);
@@ -194,15 +186,15 @@ void DialogWindow::ColourText(QWidget* control) {
         m_events.OnControlColour(context.DC(), HandleOf(control), kind.kind);
     }
     const unsigned long colour = context.DC().GetTextColor();
-    if (colour == Reference(control->palette().color(QPalette::Active, kind.text))) return;
+    if (colour == ReferenceOf(control->palette().color(QPalette::Active, kind.text))) return;
     if (colour == usualColour) {
         m_usual.remove(control);
         control->setPalette(usual);
         return;
     }
     QPalette palette = usual;
-    palette.setColor(QPalette::Active, kind.text, Colour(colour));
-    palette.setColor(QPalette::Inactive, kind.text, Colour(colour));
+    palette.setColor(QPalette::Active, kind.text, ColourOf(static_cast<std::uint32_t>(colour)));
+    palette.setColor(QPalette::Inactive, kind.text, ColourOf(static_cast<std::uint32_t>(colour)));
     if (known == m_usual.constEnd()) m_usual.insert(control, usual);
     control->setPalette(palette);
 }

@@ -78,8 +78,7 @@ void SetTextOf(QWidget* widget, const QString& text) {
 }
 
 std::uint32_t Reference(QPalette::ColorRole role) {
-    const QColor colour = QApplication::palette().color(QPalette::Active, role);
-    return static_cast<std::uint32_t>(colour.red() | colour.green() << 8 | colour.blue() << 16);
+    return ReferenceOf(QApplication::palette().color(QPalette::Active, role));
 }
 
 class DialogsOnQt final : public Dialogs {

@@ -21,6 +21,7 @@
 #include "brindle/platform/qt/dialog_window.h"
 #include "brindle/platform/qt/sheet_window.h"
 #include "brindle/platform/qt/widget_test_application.h"
+#include "brindle/platform/qt/widget_text.h"
 #include "brindle/platform/service.h"
 #include "testing/dialogs_contract.h"
 
@@ -85,8 +86,7 @@ class QtRig final : public testing::DialogsRig {
     std::uint32_t DrawnColour(HWND control) override {
         QWidget* const widget = WidgetOf(control);
         static_cast<void>(widget->grab());
-        const QColor colour = widget->palette().color(QPalette::Active, QPalette::WindowText);
-        return static_cast<std::uint32_t>(colour.red() | colour.green() << 8 | colour.blue() << 16);
+        return ReferenceOf(widget->palette().color(QPalette::Active, QPalette::WindowText));
     }
 
   private:
@@ -142,9 +142,7 @@ TEST_F(QtDialogsTest, AGreyedTextIsDrawnGreyBesideANormalOne) {
     testing::SavePicture(window, "greyed_text.png");
     const auto reference =
         Midpoint(QtDialogs().SystemColour(kColourButtonFace), QtDialogs().SystemColour(kColourWindowText));
-    const QString grey = QColor(static_cast<int>(reference & 0xFF), static_cast<int>(reference >> 8 & 0xFF),
-                                static_cast<int>(reference >> 16 & 0xFF))
-                             .name();
+    const QString grey = ColourOf(reference).name();
     const QString normal = QApplication::palette().color(QPalette::WindowText).name();
     EXPECT_EQ(Ink(first), grey);
     EXPECT_EQ(Ink(second), normal);
@@ -285,10 +283,7 @@ TEST_F(QtDialogsTest, TextsOfDevicesAreNoMarkUp) {
 
 TEST_F(QtDialogsTest, ColoursAreThePalettes) {
     const QPalette palette = QApplication::palette();
-    const auto reference = [&](QPalette::ColorRole role) {
-        const QColor colour = palette.color(role);
-        return static_cast<std::uint32_t>(colour.red() | colour.green() << 8 | colour.blue() << 16);
-    };
+    const auto reference = [&](QPalette::ColorRole role) { return ReferenceOf(palette.color(role)); };
     EXPECT_EQ(QtDialogs().SystemColour(15), reference(QPalette::Button));
     EXPECT_EQ(QtDialogs().SystemColour(8), reference(QPalette::WindowText));
     EXPECT_EQ(QtDialogs().SystemColour(20), reference(QPalette::Light));

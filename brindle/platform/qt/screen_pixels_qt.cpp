@@ -10,6 +10,8 @@
 #include <QtGui/QPixmap>
 #include <QtGui/QScreen>
 
+#include "brindle/platform/qt/widget_text.h"
+
 namespace brindle {
 namespace {
 
@@ -29,8 +31,7 @@ class PixelsOnQt final : public ScreenPixels {
         const QPoint inside = QPoint(at.x, at.y) - screen->geometry().topLeft();
         const QImage pixel = screen->grabWindow(0, inside.x(), inside.y(), 1, 1).toImage();
         if (pixel.isNull()) return false;
-        const QRgb value = pixel.pixel(0, 0);
-        colour = static_cast<std::uint32_t>(qRed(value) | qGreen(value) << 8 | qBlue(value) << 16);
+        colour = ReferenceOf(pixel.pixelColor(0, 0));
         return true;
     }
 };

@@ -1,4 +1,4 @@
-// Texts of the library as Qt has them. Tests: dialogs_qt_test.cpp and desktop_qt_test.cpp.
+// Texts and colours of the library as Qt has them. Tests: dialogs_qt_test.cpp and desktop_qt_test.cpp.
 #include "brindle/platform/qt/widget_text.h"
 
 #include <QtWidgets/QApplication>
@@ -22,6 +22,15 @@ std::string FromQtText(const QString& text) {
     std::string bytes;
     FromQtText(text, bytes);
     return bytes;
+}
+
+QColor ColourOf(std::uint32_t reference) {
+    return QColor::fromRgb(static_cast<int>(reference & 0xFF), static_cast<int>(reference >> 8 & 0xFF),
+                           static_cast<int>(reference >> 16 & 0xFF));
+}
+
+std::uint32_t ReferenceOf(const QColor& colour) {
+    return static_cast<std::uint32_t>(colour.red() | colour.green() << 8 | colour.blue() << 16);
 }
 
 bool WidgetsAvailable() {

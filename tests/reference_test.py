@@ -75,12 +75,25 @@ class ReferenceTest(unittest.TestCase):
                             ("0 or more", 1), ("return m_number;", 1)):
             self.assertGreaterEqual(page.count(text), times, text)
 
+    def test_words_go_no_further_than_they_are_meant(self):
+        header = HEADER.replace("    int Second();", "    int Second();  // its own\n    int After();")
+        warnings, page = self.make(header)
+        self.assertEqual(len(warnings), 1, warnings)
+        self.assertIn("brindle/thing.h:13: ", warnings[0])
+        self.assertIn("its own", page)
+        header = HEADER.replace("    Thing();\n", "    // --- a heading ---\n    int After();\n    Thing();\n")
+        warnings, _ = self.make(header)
+        self.assertEqual(len(warnings), 1, warnings)
+        header = HEADER.replace("    int Second();", "    int Second(int one,\n               int two);  // its own")
+        warnings, page = self.make(header)
+        self.assertEqual((warnings, page.count("Both need words.")), ([], self.make(HEADER)[1].count("Both need words.") // 2))
+
     def test_what_has_no_words(self):
         rows = [
             ("a function", ("    int Third();  // 0 or more", "    int Third();"), "brindle/thing.h:14: ", "Third()"),
             ("one behind a blank line", ("    int Second();", "\n    int Second();"), "brindle/thing.h:13: ", "Second()"),
             ("a class", ("// Thing: a small", "// A small"), "brindle/thing.h:6: ", "Thing"),
-            ("a longer body", ("{ return m_number; }", "{\n        return m_number;\n    }"), "brindle/thing.h:15: ",
+            ("a longer body", ("{ return m_number; }", "{\n        int x = m_number;\n        return x;\n    }"), "brindle/thing.h:15: ",
              "Fourth()"),
         ]
         for label, change, place, name in rows:

@@ -30,6 +30,7 @@ class BRINDLE_API CCalculator {
 
         // --- virtual operations, in slot order ---
         virtual ~Token();
+        // What kind of token it is.
         virtual TType GetTType() const = 0;
         // The token as it appears in the text of a reverse Polish expression.
         virtual std::string AsString() const = 0;
@@ -92,9 +93,11 @@ class BRINDLE_API CCalculator {
         // A String that holds the text as it is; only FromString, SetValue and Create classify.
         explicit Literal(const std::string& text);
         explicit Literal(const char* text);  // likewise; null is the empty text
+        // Of the type that holds such a value.
         explicit Literal(std::int32_t value) noexcept;
         explicit Literal(double value) noexcept;
         Literal(double value, Type type) noexcept;  // for TimeSpan: the value in seconds
+        // Likewise.
         explicit Literal(const COleDateTime& date) noexcept;
         explicit Literal(bool value) noexcept;
         Literal(const Literal& other) = default;

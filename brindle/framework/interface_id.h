@@ -19,4 +19,4 @@ using HRESULT = std::int32_t;
 constexpr HRESULT kInterfaceOk = 0;
 constexpr HRESULT kInterfaceNone = static_cast<HRESULT>(0x80004002);     // no such interface
 constexpr HRESULT kInterfacePointer = static_cast<HRESULT>(0x80004003);  // null where something is written
-constexpr HRESULT kInterfaceFailed = static_cast<HRESULT>(0x80004005);
+constexpr HRESULT kInterfaceFailed = static_cast<HRESULT>(0x80004005);   // anything else

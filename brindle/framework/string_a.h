@@ -84,7 +84,8 @@ class BRINDLE_API CStringA {
     CStringA& MakeUpper() noexcept;
     CStringA& MakeLower() noexcept;
     CStringA& MakeReverse() noexcept;
-    CStringA& Trim();  // white space: space, \t \n \v \f \r
+    // Take white space (space, \t \n \v \f \r) or the given characters off the ends, and return the string.
+    CStringA& Trim();
     CStringA& TrimLeft();
     CStringA& TrimRight();
     CStringA& Trim(char target);
@@ -102,6 +103,7 @@ class BRINDLE_API CStringA {
     int Insert(int index, char character);    // new length
     int Insert(int index, const char* text);  // new length
     int Delete(int index, int count = 1);     // new length
+    // Keeps so many bytes; a longer length changes nothing.
     void Truncate(int length);
 
     // printf rules, "C" locale numbers whatever the process locale is.

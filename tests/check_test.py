@@ -221,6 +221,13 @@ class CheckTest(unittest.TestCase):
                     self.passes("headers")
                 self.write(path, "// Good.\n#pragma once\n")
 
+    def test_headers_of_the_desktop(self):
+        text = "// A text of the desktop's.\n#pragma once\n\n#include <QtWidgets/QWidget>\n"
+        self.write("apps/brindle-map/window.h", text)
+        self.passes("headers")
+        self.write("brindle/two/window.h", text)
+        self.finds("headers", "brindle/two/window.h: error: does not compile alone")
+
     def test_gathering_header(self):
         self.write("cmake/public-headers.txt", "brindle/brindle.h\nbrindle/one/one.h\n")
         self.write("brindle/brindle.h", '// All.\n#pragma once\n\n#include "brindle/one/one.h"\n')

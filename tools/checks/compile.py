@@ -1,5 +1,6 @@
 """Formatting, and headers that compile alone."""
 import concurrent.futures
+import functools
 import os
 import re
 import shutil
@@ -9,6 +10,7 @@ from .tree import Problem
 
 GATHERING = "brindle/brindle.h"
 FORMATTER = "clang-format-14"
+QT_FOLDERS = ("brindle/platform/qt/", "apps/brindle-map/")
 WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Wshadow", "-Wconversion", "-Werror"]
 
 
@@ -60,6 +62,13 @@ def _check_gathering(tree):
     return [Problem(GATHERING, 0, f"does not include {path}") for path in sorted(tree.public_headers - reached)]
 
 
+@functools.cache
+def _qt_flags():
+    """Where Qt's headers are, as the system's; nothing without Qt."""
+    run = subprocess.run(["pkg-config", "--cflags", "Qt6Widgets"], capture_output=True, text=True, check=False)
+    return ["-isystem" + flag[2:] if flag.startswith("-I") else flag for flag in run.stdout.split()]
+
+
 def _compile_alone(tree, work, header):
     source = work / "alone" / (header.replace("/", "__")[:-2] + ".cpp")
     source.write_text(f"#include <{header}>\n#include <{header}>\n")
@@ -70,6 +79,10 @@ def _compile_alone(tree, work, header):
                str(source.with_suffix(".o"))]
     if header.startswith("brindle/platform/linux/"):
         command += ["-isystem", "/usr/include/libxml2"]
+    if header.startswith(QT_FOLDERS):
+        if not _qt_flags():
+            return None  # without Qt the desktop library is not built either
+        command += _qt_flags()
     run = subprocess.run(command, capture_output=True, text=True, check=False)
     if run.returncode == 0:
         return None

@@ -115,7 +115,7 @@ bool MapAlarmPanel::OnMouseDown(CPoint point) {
         m_list->OnMouseDown(point);
     m_pressed.reset();
     for (std::size_t i = 0; i < m_rows.size(); ++i)
-        if (RowAt(i) == m_list->getItemAt(point) && Contains(RowBounds(i), point))
+        if (RowAt(i) == m_list->getItemAt(point) && RowBounds(i).PtInRect(point))
             m_pressed = m_rows[i].device;
     return true;
 }
@@ -131,7 +131,7 @@ std::optional<std::uint32_t> MapAlarmPanel::OnMouseUp(CPoint point) {
         m_list->OnMouseUp(point);
     const std::optional<std::uint32_t> pressed = std::exchange(m_pressed, std::nullopt);
     for (std::size_t i = 0; i < m_rows.size(); ++i)
-        if (pressed == m_rows[i].device && Contains(RowBounds(i), point)) return pressed;
+        if (pressed == m_rows[i].device && RowBounds(i).PtInRect(point)) return pressed;
     return {};
 }
 

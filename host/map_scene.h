@@ -43,9 +43,6 @@ int Scaled(int length, double scale) noexcept;
 CRect Scaled(const CRect& place, double scale) noexcept;
 // As thick as the scale says, but not nothing.
 int ScaledBorder(int border, double scale) noexcept;
-bool Contains(const CRect& rectangle, CPoint point) noexcept;
 bool Meets(const CRect& a, const CRect& b) noexcept;
-// What holds both; an empty one does not count.
-CRect Union(const CRect& a, const CRect& b) noexcept;
 
 }  // namespace brindle::host

@@ -223,7 +223,7 @@ void MapView::Mark(const CRect& place) {
     m_dirty.push_back(cut);
     if (m_dirty.size() <= kMostDirty) return;
     CRect all;
-    for (const CRect& dirty : m_dirty) all = Union(all, dirty);
+    for (const CRect& dirty : m_dirty) all.UnionRect(all, dirty);
     m_dirty = {all};
 }
 

@@ -10,7 +10,7 @@ std::optional<std::size_t> MapView::PartAt(CPoint point) const {
     for (std::size_t i = m_parts.size(); i-- > 0;) {
         const MapPart& part = *m_parts[i];
         const bool hears = part.Element().IsClickable() || part.Element().kind == MapKind::kAlarms;
-        if (hears && Contains(part.Bounds(), point)) return i;
+        if (hears && part.Bounds().PtInRect(point)) return i;
     }
     return {};
 }
@@ -66,7 +66,7 @@ void MapView::OnMouseUp(CPoint point) {
     }
     MapItem& item = *ItemOf(*part);
     item.Button()->OnMouseUp(point);
-    if (Contains(item.Bounds(), point)) PressItem(item);
+    if (item.Bounds().PtInRect(point)) PressItem(item);
 }
 
 void MapView::PressItem(const MapItem& item) {
@@ -126,7 +126,7 @@ std::vector<MapTarget> MapView::Targets() const {
 std::optional<std::size_t> MapView::TargetAt(CPoint point) const {
     const std::vector<Key> keys = Keys();
     for (std::size_t i = keys.size(); i-- > 0;)
-        if (Contains(TargetOf(keys[i]).bounds, point)) return i;
+        if (TargetOf(keys[i]).bounds.PtInRect(point)) return i;
     return {};
 }
 

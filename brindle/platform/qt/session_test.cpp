@@ -19,7 +19,6 @@
 #include "brindle/platform/qt/ui_timer_qt.h"
 #include "brindle/platform/service.h"
 #include "brindle/platform/timer_queue.h"
-#include "brindle/util/timer.h"
 #include "brindle/widgets/animation_update_controller.h"
 #include "brindle/widgets/animation_update_target.h"
 #include "brindle/widgets/button.h"
@@ -27,6 +26,7 @@
 #include "brindle/widgets/rectangle.h"
 #include "brindle/widgets/scroll_panel.h"
 #include "brindle/widgets/widget_list.h"
+#include "testing/animation_timer.h"
 #include "testing/picture_bytes.h"
 
 namespace brindle {
@@ -177,21 +177,6 @@ class Moving final : public CAnimationUpdateTarget {
     OV::Button& m_button;
 };
 
-class AnimationTimer final : public CTimer {
-  public:
-    void Arm() {
-        unsigned int wait = 0;
-        KillTimer(1);
-        if (CAnimationUpdateController::GetInstance().NeedsUpdate(wait)) CreateTimer(1, wait);
-    }
-
-  protected:
-    void OnTimer(std::uint64_t) override {
-        CAnimationUpdateController::GetInstance().DoUpdate();
-        Arm();
-    }
-};
-
 // Qt's loop on a clock that stands still.
 class Time {
   public:
@@ -231,7 +216,7 @@ TEST(Session, AlarmsBlinkAndPicturesMove) {
     ASSERT_EQ(StartFlashTimer(&blinking), 1);
     Moving target(host.Item(2));
     CAnimationUpdateController::GetInstance().Register(&target);
-    AnimationTimer timer;
+    testing::AnimationTimer timer;
     timer.Arm();
 
     struct Row {

@@ -15,11 +15,11 @@
 #include "brindle/platform/qt/qt_test_application.h"
 #include "brindle/platform/screen.h"
 #include "brindle/platform/ui_timer.h"
-#include "brindle/util/timer.h"
 #include "brindle/widgets/animation_update_controller.h"
 #include "brindle/widgets/animation_update_target.h"
 #include "brindle/widgets/flash_timer.h"
 #include "brindle/widgets/shared_picture.h"
+#include "testing/animation_timer.h"
 #include "testing/picture_bytes.h"
 
 namespace {
@@ -115,22 +115,6 @@ TEST_F(SharedPictureQt, DamagedFilesAreNoPictures) {
     }
 }
 
-// As a host animates: a timer of its own for whatever is due next.
-class AnimationTimer final : public CTimer {
-  public:
-    void Arm() {
-        unsigned int wait = 0;
-        KillTimer(1);
-        if (CAnimationUpdateController::GetInstance().NeedsUpdate(wait)) CreateTimer(1, wait);
-    }
-
-  protected:
-    void OnTimer(std::uint64_t) override {
-        CAnimationUpdateController::GetInstance().DoUpdate();
-        Arm();
-    }
-};
-
 class Moving final : public CAnimationUpdateTarget {
   public:
     explicit Moving(IPictureAnimation& animation) : m_animation(animation) {}
@@ -154,7 +138,7 @@ TEST_F(SharedPictureQt, APictureMovesInTheLoop) {
     picture->QueryInterface(kPictureAnimationId, &facet);
     {
         Moving moving(*static_cast<IPictureAnimation*>(facet));
-        AnimationTimer timer;
+        brindle::testing::AnimationTimer timer;
         CAnimationUpdateController::GetInstance().Register(&moving);
         timer.Arm();
         EXPECT_TRUE(RunUntil([&] { return moving.steps == 4; }));

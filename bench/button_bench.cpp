@@ -18,6 +18,7 @@
 #include "brindle/platform/qt/painter_bodies.h"
 #include "brindle/platform/qt/painter_captions.h"
 #include "brindle/platform/qt/painter_context.h"
+#include "brindle/platform/qt/qt_services.h"
 #include "brindle/widgets/button.h"
 
 namespace {

@@ -75,7 +75,7 @@ quietly "$compiler" "$source/tests/installed_host.cpp" -o "$work/installed_host"
 expect "a host with classes of its own" "$("$work/installed_host")" "types and exceptions cross"
 if [[ $desktop == found ]]; then
     cat >"$work/desktop.cpp" <<'CODE'
-#include <brindle/platform/qt/painter_context.h>
+#include <brindle/platform/qt/qt_services.h>
 int main() { brindle::InstallQtServices(); }
 CODE
     # shellcheck disable=SC2046

@@ -3,7 +3,7 @@
 
 #include <brindle/library/host_text.h>
 #include <brindle/macro/brindle_data.h>
-#include <brindle/platform/qt/painter_context.h>
+#include <brindle/platform/qt/qt_services.h>
 #include <brindle/widgets/flash_timer.h>
 
 #include <QtWidgets/QApplication>

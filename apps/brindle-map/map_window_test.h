@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <brindle/platform/qt/painter_context.h>
+#include <brindle/platform/qt/qt_services.h>
 
 #include <QtGui/QKeyEvent>
 #include <QtGui/QMouseEvent>

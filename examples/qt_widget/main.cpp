@@ -2,6 +2,7 @@
 // and acts on its clicks. usage: qt_widget [PICTURE]      with PICTURE: clicks once, draws itself into it, and ends
 #include <brindle/brindle.h>
 #include <brindle/platform/qt/painter_context.h>
+#include <brindle/platform/qt/qt_services.h>
 
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>

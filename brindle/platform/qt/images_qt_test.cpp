@@ -4,7 +4,7 @@
 #include <QtGui/QImage>
 #include <vector>
 
-#include "brindle/platform/qt/painter_context.h"
+#include "brindle/platform/qt/qt_services.h"
 #include "testing/images_contract.h"
 
 namespace brindle {

@@ -1,4 +1,4 @@
-// What a desktop host on Qt 6 uses: a device context on its painter, and the desktop's services.
+// PainterContext: a device context on a painter of Qt 6.
 //
 //   void MapView::paintEvent(QPaintEvent*) {
 //       QPainter painter(this);
@@ -36,12 +36,5 @@ class BRINDLE_API PainterContext {
     std::unique_ptr<PainterSurface> m_surface;
     CDC m_dc;
 };
-
-// Puts Qt's services in place for the whole process: the resolution of the primary screen, pictures, timers that tick
-// in Qt's event loop (without an application object they stay in the plain one), message and file boxes, dialogs, the
-// colour dialog, the pixels of the screen. Windows need a QApplication; with a lesser application object messages are
-// lines on the standard error, and no dialog can be shown. May be called again; best once the application object is
-// made.
-BRINDLE_API void InstallQtServices();
 
 }  // namespace brindle

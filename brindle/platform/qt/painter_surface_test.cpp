@@ -8,7 +8,7 @@
 #include <cmath>
 #include <vector>
 
-#include "brindle/platform/qt/painter_context.h"
+#include "brindle/platform/qt/qt_services.h"
 #include "brindle/platform/qt/qt_test_application.h"
 #include "brindle/platform/screen.h"
 #include "testing/drawing_surface_contract.h"

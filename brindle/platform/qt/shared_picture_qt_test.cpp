@@ -12,6 +12,7 @@
 #include "brindle/platform/clock.h"
 #include "brindle/platform/images.h"
 #include "brindle/platform/qt/painter_context.h"
+#include "brindle/platform/qt/qt_services.h"
 #include "brindle/platform/qt/qt_test_application.h"
 #include "brindle/platform/screen.h"
 #include "brindle/platform/ui_timer.h"

@@ -10,7 +10,7 @@
 
 #include "brindle/platform/clock.h"
 #include "brindle/platform/fake/clock_fake.h"
-#include "brindle/platform/qt/painter_context.h"
+#include "brindle/platform/qt/qt_services.h"
 #include "brindle/platform/qt/qt_test_application.h"
 #include "brindle/platform/service.h"
 #include "brindle/platform/timer_queue.h"

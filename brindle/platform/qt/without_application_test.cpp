@@ -10,6 +10,7 @@
 #include "brindle/platform/drawing_surface.h"
 #include "brindle/platform/images.h"
 #include "brindle/platform/qt/painter_context.h"
+#include "brindle/platform/qt/qt_services.h"
 #include "brindle/platform/screen.h"
 #include "brindle/platform/ui_timer.h"
 #include "brindle/util/run_loop.h"

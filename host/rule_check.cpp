@@ -14,6 +14,8 @@ namespace {
 // What a person who writes rules most often forgets, apart from a wrong name.
 constexpr const char* kQuoteIt = ": it stands for itself (a text is written in quotes)";
 
+}  // namespace
+
 std::string ProblemOfName(const PreparedRule& rule, std::size_t index, const CAddressOv& own,
                           const DeviceTable& devices) {
     const bool isOwn = !rule.NameAddress(index);
@@ -32,8 +34,6 @@ std::string ProblemOfName(const PreparedRule& rule, std::size_t index, const CAd
                " has no field \"" + std::string(field) + "\"" + kQuoteIt;
     return {};
 }
-
-}  // namespace
 
 std::vector<std::string> CheckRuleNames(const PreparedRule& rule, const CAddressOv& own,
                                         const DeviceTable& devices) {

@@ -1,4 +1,4 @@
-// CheckRuleNames: names of a rule that no device answers.
+// CheckRuleNames, ProblemOfName: names of a rule that no device answers.
 #pragma once
 
 #include <brindle/address/address_ov.h>
@@ -11,7 +11,11 @@ namespace brindle::host {
 
 class DeviceTable;
 
-// One message for each name nobody answers; `own` is the address of the object whose rule it is.
+// Why nobody answers the name of that index; empty when somebody does. `own` is the address of the object whose rule it
+// is.
+std::string ProblemOfName(const PreparedRule& rule, std::size_t index, const CAddressOv& own,
+                          const DeviceTable& devices);
+// One message for each name nobody answers.
 std::vector<std::string> CheckRuleNames(const PreparedRule& rule, const CAddressOv& own,
                                         const DeviceTable& devices);
 

@@ -29,6 +29,30 @@ std::optional<std::uint32_t> DeviceOfName(const PreparedRule& rule, std::size_t 
     return device.GetDWord();
 }
 
+bool Holds(const CCalculator::Literal& result) {
+    const bool meansNothing = result.GetType() == CCalculator::Literal::String && result.AsString().empty();
+    return !meansNothing && result.AsBool();
+}
+
+const char* LiteralTypeName(CCalculator::Literal::Type type) {
+    switch (type) {
+        case CCalculator::Literal::Bool:
+            return "Bool";
+        case CCalculator::Literal::Double:
+            return "Double";
+        case CCalculator::Literal::Int:
+            return "Int";
+        case CCalculator::Literal::DateTime:
+            return "DateTime";
+        case CCalculator::Literal::Address:
+            return "Address";
+        case CCalculator::Literal::TimeSpan:
+            return "TimeSpan";
+        default:
+            return "String";
+    }
+}
+
 std::string NameText(const PreparedRule& rule, std::size_t index) {
     const CAddressOv* address = rule.NameAddress(index);
     return (address ? AddressText(*address) + "," : std::string()) + rule.Name(index).str();

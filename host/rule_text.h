@@ -2,6 +2,7 @@
 // rule.
 #pragma once
 
+#include <brindle/expressions/calculator.h>
 #include <brindle/expressions/prepared_rule.h>
 
 #include <cstdint>
@@ -33,6 +34,11 @@ class RuleText {
 // The packed address of the device a name of a rule belongs to: that before the name, else `own`. Nothing when that is
 // not a full address.
 std::optional<std::uint32_t> DeviceOfName(const PreparedRule& rule, std::size_t index, const CAddressOv& own);
+// Whether a result makes a condition hold: it is true, and not the empty text that an operation without a meaning
+// gives.
+bool Holds(const CCalculator::Literal& result);
+// The enumerator's name: "Bool", "TimeSpan" ...
+const char* LiteralTypeName(CCalculator::Literal::Type type);
 // A name as messages show it, with its address where the rule writes one.
 std::string NameText(const PreparedRule& rule, std::size_t index);
 

@@ -90,10 +90,7 @@ void RuleTrigger::OwnAttributes(AttributeTable& table) {
 
 bool RuleTrigger::IsTrue() const {
     CCalculator::Literal result;
-    if (!Rule().Solve(ObjectFields(m_own), result)) return false;
-    // The empty text is what an operation without a meaning gives; as a truth value it would hold.
-    const bool meansNothing = result.GetType() == CCalculator::Literal::String && result.AsString().empty();
-    return !meansNothing && result.AsBool();
+    return Rule().Solve(ObjectFields(m_own), result) && Holds(result);
 }
 
 void RuleTrigger::TellFault() {

@@ -17,6 +17,7 @@
 #include "apps/brindle-map/map_picture.h"
 #include "apps/brindle-map/map_sink.h"
 #include "apps/brindle-map/map_window.h"
+#include "apps/brindle-map/rule_editor_registration.h"
 #include "apps/brindle/cli.h"
 #include "apps/brindle/play_input.h"
 #include "host/map_events.h"
@@ -177,6 +178,7 @@ int OpenWindow(const MapOptions& options, LoadedMap& map, double scale) {
         return std::min(events.NextDue().value_or(kNever), pace.Elapsed() + still);
     });
     const Blink blink(map.View());
+    const RuleEditorRegistration rules(map.Site().devices);
     host::RunOptions how;
     how.reload = true;
     how.limit = options.seconds ? static_cast<std::uint64_t>(*options.seconds) * 1000 : kNever - 1;

@@ -13,6 +13,7 @@
 #include "apps/brindle/command_rule_trace.h"
 #include "apps/brindle/command_rule_values.h"
 #include "apps/brindle/commands.h"
+#include "host/rule_text.h"
 
 namespace brindle::tool {
 namespace {
@@ -41,7 +42,7 @@ nlohmann::ordered_json ToJson(double value) {
 
 nlohmann::ordered_json ToJson(const CCalculator::Literal& literal) {
     nlohmann::ordered_json json;
-    json["type"] = TypeName(literal.GetType());
+    json["type"] = host::LiteralTypeName(literal.GetType());
     json["text"] = TextToSystem(literal.AsString());
     json["bool"] = literal.AsBool();
     json["int"] = literal.AsInt();

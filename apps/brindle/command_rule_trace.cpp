@@ -2,6 +2,7 @@
 #include "apps/brindle/command_rule_trace.h"
 
 #include "apps/brindle/cli_output.h"
+#include "host/rule_text.h"
 
 namespace brindle::tool {
 namespace {
@@ -15,7 +16,7 @@ void Show(const std::string& stage, const std::string& line) {
 std::string Shown(const Literal& literal) {
     const bool isText = literal.GetType() == Literal::String;
     const std::string text = isText ? "\"" + literal.AsString() + "\"" : literal.AsString();
-    return text + " (" + TypeName(literal.GetType()) + ")";
+    return text + " (" + host::LiteralTypeName(literal.GetType()) + ")";
 }
 
 std::string Shown(const CCalculator::Token& token) {
@@ -32,25 +33,6 @@ std::string Shown(const CCalculator::Token& token) {
 }
 
 }  // namespace
-
-const char* TypeName(Literal::Type type) {
-    switch (type) {
-        case Literal::Bool:
-            return "Bool";
-        case Literal::Double:
-            return "Double";
-        case Literal::Int:
-            return "Int";
-        case Literal::DateTime:
-            return "DateTime";
-        case Literal::Address:
-            return "Address";
-        case Literal::TimeSpan:
-            return "TimeSpan";
-        default:
-            return "String";
-    }
-}
 
 void RuleTrace::ShowTokens(const CStringA& rule, bool upper) {
     CStringA text = rule;

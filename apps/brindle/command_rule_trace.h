@@ -7,9 +7,6 @@
 
 namespace brindle::tool {
 
-// The enumerator's name: "Bool", "TimeSpan" ...
-const char* TypeName(CCalculator::Literal::Type type);
-
 class RuleTrace final : public RuleObserver {
   public:
     explicit RuleTrace(const RuleValues& values) : m_values(values) {}

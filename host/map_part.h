@@ -30,12 +30,13 @@ class MapPart {
     // Where it is, and where drawing it may leave marks.
     virtual CRect Bounds() const noexcept = 0;
     virtual CRect Painted() const noexcept { return Bounds(); }
+    // What it stands for: the site's object, or null; the packed address of its device.
+    const SiteObject* Object() const noexcept { return m_object; }
+    std::optional<std::uint32_t> Device() const noexcept { return m_device; }
 
   protected:
     // The object that the element names must be the site's, or null.
     MapPart(MapElement element, const SiteObject* object);
-    const SiteObject* Object() const noexcept { return m_object; }
-    std::optional<std::uint32_t> Device() const noexcept { return m_device; }
 
   private:
     MapElement m_element;

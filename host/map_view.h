@@ -30,6 +30,12 @@ struct MapTarget {
     bool unacknowledged = false;
 };
 
+// What something on the map stands for.
+struct MapSubject {
+    const SiteObject* object = nullptr;   // null: none
+    std::optional<std::uint32_t> device;  // packed address
+};
+
 class MapView {
   public:
     static constexpr double kLeastScale = 0.05;
@@ -78,6 +84,9 @@ class MapView {
     void Press(std::size_t target);
     // The target at the point.
     std::optional<std::size_t> TargetAt(CPoint point) const;
+    // Of the topmost thing there that stands for something; of a row of alarms its device.
+    MapSubject SubjectAt(CPoint point) const;
+    MapSubject SubjectOf(std::size_t target) const;
 
     const MapAlarms& Alarms() const noexcept { return m_scene->alarms; }
 

@@ -130,6 +130,25 @@ std::optional<std::size_t> MapView::TargetAt(CPoint point) const {
     return {};
 }
 
+MapSubject MapView::SubjectOf(std::size_t target) const {
+    const std::vector<Key> keys = Keys();
+    if (target >= keys.size()) return {};
+    const Key& key = keys[target];
+    if (key.device) return {nullptr, key.device};
+    const MapPart& part = *m_parts[key.part];
+    return {part.Object(), part.Device()};
+}
+
+MapSubject MapView::SubjectAt(CPoint point) const {
+    if (const auto target = TargetAt(point)) return SubjectOf(*target);
+    for (std::size_t i = m_parts.size(); i-- > 0;) {
+        const MapPart& part = *m_parts[i];
+        if (!part.Object() && !part.Device()) continue;
+        if (part.Bounds().PtInRect(point)) return {part.Object(), part.Device()};
+    }
+    return {};
+}
+
 std::optional<std::size_t> MapView::Focus() const {
     if (!m_focus) return {};
     const std::vector<Key> keys = Keys();

@@ -5,6 +5,8 @@
 #include <brindle/util/run_loop.h>
 
 #include <cstdint>
+#include <functional>
+#include <optional>
 
 #include "host/virtual_clock.h"
 
@@ -21,6 +23,14 @@ class RunPace {
     virtual bool IsReal() const noexcept = 0;
     // Ends a wait in real time. Thread: any.
     virtual void Wake() noexcept {}
+
+    // Lets all that is due happen, and answers when it wants to be called again, in milliseconds of the run; nothing:
+    // the run is over.
+    using Turn = std::function<std::optional<std::uint64_t>()>;
+    // A dialog or a menu that opens within a wait, or within an action, runs an event loop of its own. The pace calls
+    // the turn from there whenever it is due, so that the run goes on; when the run is over it ends those loops. Null:
+    // not any more. A pace in which nothing opens has nothing to do.
+    virtual void SetTurn(Turn) {}
 
   protected:
     ~RunPace() = default;  // never destroyed through this interface

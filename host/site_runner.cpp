@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "host/argument_filter.h"
 #include "host/event_record.h"
@@ -75,7 +76,46 @@ class WokenBy {
     SnmpRequests* m_requests;
 };
 
+// While this lives, dialogs of the desktop let the run go on.
+class TurnsInside {
+  public:
+    TurnsInside(RunPace& pace, RunPace::Turn turn) : m_pace(pace) { m_pace.SetTurn(std::move(turn)); }
+    TurnsInside(const TurnsInside&) = delete;
+    TurnsInside& operator=(const TurnsInside&) = delete;
+    ~TurnsInside() { m_pace.SetTurn({}); }
+
+  private:
+    RunPace& m_pace;
+};
+
 }  // namespace
+
+// A turn may begin in a dialog that an action has opened: whose turn it was then comes back at the end.
+class SiteRunner::InTurn {
+  public:
+    explicit InTurn(SiteRunner& runner)
+        : m_runner(runner),
+          m_current(runner.m_state.current),
+          m_trigger(runner.m_state.trigger),
+          m_by(runner.m_state.by) {
+        ++m_runner.m_turns;
+        m_runner.m_state.current = nullptr;
+    }
+    InTurn(const InTurn&) = delete;
+    InTurn& operator=(const InTurn&) = delete;
+    ~InTurn() {
+        --m_runner.m_turns;
+        m_runner.m_state.current = m_current;
+        m_runner.m_state.trigger.swap(m_trigger);
+        m_runner.m_state.by = m_by;
+    }
+
+  private:
+    SiteRunner& m_runner;
+    SiteObject* m_current;
+    std::string m_trigger;
+    const char* m_by;
+};
 
 SiteRunner::SiteRunner(Site& site, EventSource& source, RunSink& sink, RunPace& pace,
                        const RunOptions& options)
@@ -105,17 +145,32 @@ void SiteRunner::Run() {
     const WokenBy woken(m_source, m_snmp ? &*m_snmp : nullptr, m_state.pace);
     if (m_options.reload) m_reloader.emplace(m_state);
     if (m_reloader && m_options.watch) m_options.watch(*m_reloader);
+    const TurnsInside inside(m_state.pace, [this] { return TakeTurn(); });
     Start();
+    while (const auto next = TakeTurn()) Wait(*next);
+    if (m_over) WriteEnd();
+}
+
+std::optional<std::uint64_t> SiteRunner::TakeTurn() {
+    const std::uint64_t began = m_state.pace.Elapsed();
+    if (m_turns == kMostTurns && !m_over && !m_state.sink.IsClosed()) {
+        if (!m_options.limit || began <= *m_options.limit) return began + kTick;
+        End("the time is over");
+    }
+    const InTurn turn(*this);
     while (!m_over) {
         DeliverQueue();
-        if (m_state.sink.IsClosed()) return;
+        if (m_over || m_state.sink.IsClosed()) return {};
         if (TakeAnswers()) continue;
         Fetch();
-        Step();
+        if (const auto next = Step()) return next;
+        if (m_state.pace.IsReal() && m_state.pace.Elapsed() - began > kLongestTurn) return began;
     }
+    return {};
 }
 
 void SiteRunner::Start() {
+    const InTurn turn(*this);
     RunRecord record = m_state.Begin("start");
     record["site"] = TextToUtf8(m_state.site.plan.name);
     record["objects"] = m_state.site.objects.size();
@@ -156,25 +211,32 @@ void SiteRunner::Accept(const EventItem& item) {
     }
 }
 
-// Lets the next thing happen, or waits for its moment.
-void SiteRunner::Step() {
+std::optional<std::uint64_t> SiteRunner::Step() {
     constexpr std::uint64_t kNever = std::numeric_limits<std::uint64_t>::max();
     const std::uint64_t timer = NextTimer().value_or(kNever);
     const std::uint64_t event = m_next ? m_nextAt : kNever;
     const std::uint64_t poll = NextPoll();
-    const std::uint64_t look = m_reloader ? m_reloader->NextLook().value_or(kNever) : kNever;
+    // Not in a dialog that an action has opened: the list it stands in is being walked.
+    const bool looks = m_reloader && m_turns == 1;
+    const std::uint64_t look = looks ? m_reloader->NextLook().value_or(kNever) : kNever;
     const std::uint64_t limit = m_options.limit.value_or(kNever);
-    if (!m_options.limit && !m_next && m_sourceEnded) return EndWhenAnswered("the events have ended");
     const std::uint64_t next = std::min({timer, event, poll});
     const std::uint64_t now = m_state.pace.Elapsed();
-    if (now < std::min({next, look, limit})) return Wait(std::min({next, look, limit}));
-    if (look <= now) return m_reloader->Look();
-    if (next > limit) return End("the time is over");
-    if (timer <= std::min(event, poll)) return CallTimer();
-    if (poll <= event) return m_polls->SendDue();
-    const EventLine line = std::move(*m_next);
-    m_next.reset();
-    Play(line);
+    const bool ended = !m_options.limit && !m_next && m_sourceEnded;
+    if (!ended && now < std::min({next, look, limit})) return std::min({next, look, limit});
+    if (ended)
+        EndWhenAnswered("the events have ended");
+    else if (look <= now)
+        m_reloader->Look();
+    else if (next > limit)
+        End("the time is over");
+    else if (timer <= std::min(event, poll))
+        CallTimer();
+    else if (poll <= event)
+        m_polls->SendDue();
+    else
+        Play(*std::exchange(m_next, std::nullopt));
+    return {};
 }
 
 // The engine's turn comes as a tick of its timer.
@@ -187,6 +249,12 @@ void SiteRunner::Wait(std::uint64_t until) {
 void SiteRunner::EngineTimer::Arm(std::uint64_t milliseconds) {
     constexpr std::uint64_t kLongest = std::numeric_limits<std::uint32_t>::max();
     CreateTimer(kId, static_cast<unsigned int>(std::min(milliseconds, kLongest)));
+}
+
+void SiteRunner::OnEngineTimer() {
+    m_engineTimer.Disarm();  // within a dialog that opens now, turns look after what is due
+    const InTurn turn(*this);
+    CallTimer();
 }
 
 void SiteRunner::CallTimer() {
@@ -298,11 +366,15 @@ void SiteRunner::EndWhenAnswered(const char* why) {
 }
 
 void SiteRunner::End(const char* why) {
+    m_over = true;
+    m_why = why;
+}
+
+void SiteRunner::WriteEnd() {
     RunRecord record = m_state.Begin("end");
     record["events"] = m_played;
-    record["why"] = why;
+    record["why"] = m_why;
     m_state.sink.Write(record);
-    m_over = true;
 }
 
 }  // namespace brindle::host

@@ -47,13 +47,23 @@ class SiteRunner {
     void Run();
 
   private:
+    // Of turns inside turns: what is deeper waits until a dialog is answered.
+    static constexpr int kMostTurns = 16;
+    // A turn in real time lets others handle their events after this, in milliseconds.
+    static constexpr std::uint64_t kLongestTurn = 50;
+
+    class InTurn;
     void Start();
+    // All that is due; as RunPace::Turn.
+    std::optional<std::uint64_t> TakeTurn();
+    // Lets the next thing happen; when none is due it answers when one will be.
+    std::optional<std::uint64_t> Step();
     // Hands out what SNMP agents have answered; false when nothing came.
     bool TakeAnswers();
     void Fetch();
     void Accept(const EventItem& item);
-    void Step();
     void Wait(std::uint64_t until);
+    void OnEngineTimer();
     void CallTimer();
     void Play(const EventLine& line);
     void AskUnlock(const EventLine& line);
@@ -66,6 +76,7 @@ class SiteRunner {
     // Ends the run, once the requests of actions are answered.
     void EndWhenAnswered(const char* why);
     void End(const char* why);
+    void WriteEnd();
 
     // Wakes the run when the engine has something to do.
     class EngineTimer final : public CTimer {
@@ -76,7 +87,7 @@ class SiteRunner {
 
       private:
         static constexpr unsigned int kId = 1;
-        void OnTimer(std::uint64_t) override { m_runner.CallTimer(); }
+        void OnTimer(std::uint64_t) override { m_runner.OnEngineTimer(); }
         SiteRunner& m_runner;
     };
 
@@ -92,6 +103,8 @@ class SiteRunner {
     std::uint64_t m_nextAt = 0;
     bool m_sourceEnded = false;
     bool m_over = false;
+    const char* m_why = "";  // it is over
+    int m_turns = 0;         // how many are being taken, each inside a dialog of the one before
     std::optional<std::uint64_t>
         m_lastPass;                      // when the timer was called last, in milliseconds of the run ...
     std::uint64_t m_lastPassSystem = 0;  // ... and since 1601-01-01 UTC

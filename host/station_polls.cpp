@@ -57,8 +57,7 @@ void StationPolls::SendDue() {
 }
 
 void StationPolls::Ask(Poll& poll) {
-    poll.values.clear();
-    poll.failures.clear();
+    poll.answers = {};
     poll.pending = poll.plan.fields.size();
     for (const PollField& field : poll.plan.fields) {
         SnmpRequest request;
@@ -74,34 +73,36 @@ void StationPolls::Ask(Poll& poll) {
 
 void StationPolls::Take(Poll& poll, const PollField& field, const SnmpAnswer& answer) {
     if (answer.why.empty())
-        poll.values[field.name] = answer.variable.value.str();
+        poll.answers.values[field.name] = answer.variable.value.str();
     else
-        poll.failures[field.name] = answer.why;
+        poll.answers.failures[field.name] = answer.why;
     if (--poll.pending == 0) Complete(poll);
 }
 
 // Answers come in any order; what is said of them does not depend on it.
-std::string StationPolls::FirstFailure(const Poll& poll) {
-    for (const PollField& field : poll.plan.fields)
-        if (const auto failure = poll.failures.find(field.name); failure != poll.failures.end())
+std::string StationPolls::FirstFailure(const PollPlan& plan, const Answers& answers) {
+    for (const PollField& field : plan.fields)
+        if (const auto failure = answers.failures.find(field.name); failure != answers.failures.end())
             return field.name + ": " + failure->second;
     return {};
 }
 
+// The next poll may begin in a dialog that opens while this one is told.
 void StationPolls::Complete(Poll& poll) {
-    const std::string before = std::exchange(poll.why, FirstFailure(poll));
+    const Answers answers = std::exchange(poll.answers, {});
+    const std::string before = std::exchange(poll.why, FirstFailure(poll.plan, answers));
     RunRecord changes = RunRecord::object();
     bool textsChanged = false;
-    for (const auto& [name, value] : poll.values) {
+    for (const auto& [name, value] : answers.values) {
         if (IsOneOf(name, {"State"})) continue;
         if (!m_state.site.devices.SetField(poll.plan.address, name, value)) continue;
         changes[TextToUtf8(name)] = TextToUtf8(value);
         textsChanged = textsChanged || IsOneOf(name, {"Header", "Cause", "Text", "User"});
     }
     if (!changes.empty() || poll.why != before || m_state.trace) WriteRecord(poll, changes);
-    TellState(poll, textsChanged);
-    TellMeter(poll);
-    if (!poll.values.empty()) m_deliver(MakeEvent(LineOf(EventKind::kPoll, poll.plan), {}));
+    TellState(poll, answers, textsChanged);
+    TellMeter(poll, answers);
+    if (!answers.values.empty()) m_deliver(MakeEvent(LineOf(EventKind::kPoll, poll.plan), {}));
 }
 
 void StationPolls::WriteRecord(const Poll& poll, const RunRecord& changes) {
@@ -117,19 +118,19 @@ void StationPolls::WriteRecord(const Poll& poll, const RunRecord& changes) {
 }
 
 // The state that the poll's answers mean; nothing when they say nothing about it.
-std::optional<int> StationPolls::StateOf(const Poll& poll) const {
-    if (poll.values.empty()) return poll.plan.noAnswer;
-    for (const auto& [name, value] : poll.values) {
+std::optional<int> StationPolls::StateOf(const PollPlan& plan, const Answers& answers) {
+    if (answers.values.empty()) return plan.noAnswer;
+    for (const auto& [name, value] : answers.values) {
         int number = 0;
         if (!IsOneOf(name, {"State"}) || !ParseInt(value, number)) continue;
-        const auto mapped = poll.plan.states.find(number);
-        return mapped == poll.plan.states.end() ? number : mapped->second;
+        const auto mapped = plan.states.find(number);
+        return mapped == plan.states.end() ? number : mapped->second;
     }
     return {};
 }
 
-void StationPolls::TellState(Poll& poll, bool textsChanged) {
-    const std::optional<int> state = StateOf(poll);
+void StationPolls::TellState(Poll& poll, const Answers& answers, bool textsChanged) {
+    const std::optional<int> state = StateOf(poll.plan, answers);
     if (!state || (state == poll.state && !textsChanged)) return;
     poll.state = state;
     const auto field = [&](const char* name) {
@@ -141,13 +142,13 @@ void StationPolls::TellState(Poll& poll, bool textsChanged) {
     line.state = *state;
     line.header = field("Header");
     line.cause = field("Cause");
-    line.text = poll.values.empty() ? CStringA(poll.why) : field("Text");
+    line.text = answers.values.empty() ? CStringA(poll.why) : field("Text");
     line.user = field("User");
     m_deliver(MakeEvent(line, {}));
 }
 
-void StationPolls::TellMeter(Poll& poll) {
-    for (const auto& [name, value] : poll.values) {
+void StationPolls::TellMeter(Poll& poll, const Answers& answers) {
+    for (const auto& [name, value] : answers.values) {
         double number = 0;
         if (!IsOneOf(name, {"Value"}) || !ParseReal(value, number) || poll.meter == number) continue;
         poll.meter = number;

@@ -31,24 +31,27 @@ class StationPolls {
     void SendDue();
 
   private:
+    struct Answers {  // by field
+        std::map<std::string, std::string> values;
+        std::map<std::string, std::string> failures;  // why there is no value
+    };
     struct Poll {
         PollPlan plan;
         std::uint64_t due = 0;
         std::size_t pending = 0;
-        std::map<std::string, std::string> values;    // of the poll in progress, by field
-        std::map<std::string, std::string> failures;  // likewise, why there is none
-        std::string why;                              // of the first of them in the order of the plan
-        std::optional<int> state;                     // as told last
+        Answers answers;           // of the poll in progress
+        std::string why;           // of the first of them in the order of the plan
+        std::optional<int> state;  // as told last
         std::optional<double> meter;
     };
     void Ask(Poll& poll);
     void Take(Poll& poll, const PollField& field, const SnmpAnswer& answer);
-    static std::string FirstFailure(const Poll& poll);
+    static std::string FirstFailure(const PollPlan& plan, const Answers& answers);
     void Complete(Poll& poll);
-    void TellState(Poll& poll, bool textsChanged);
-    void TellMeter(Poll& poll);
+    void TellState(Poll& poll, const Answers& answers, bool textsChanged);
+    void TellMeter(Poll& poll, const Answers& answers);
     void WriteRecord(const Poll& poll, const RunRecord& changes);
-    std::optional<int> StateOf(const Poll& poll) const;
+    static std::optional<int> StateOf(const PollPlan& plan, const Answers& answers);
 
     RunState& m_state;
     SnmpRequests& m_requests;

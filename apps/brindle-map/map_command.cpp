@@ -13,6 +13,7 @@
 #include <memory>
 
 #include "apps/brindle-map/map_accessible.h"
+#include "apps/brindle-map/map_menu.h"
 #include "apps/brindle-map/map_pace.h"
 #include "apps/brindle-map/map_picture.h"
 #include "apps/brindle-map/map_sink.h"
@@ -166,6 +167,8 @@ int OpenWindow(const MapOptions& options, LoadedMap& map, double scale) {
     host::MapEvents events(input.Source(), pace);
     map.press = [&events](const host::EventLine& line) { events.Add(line); };
     MapWindow window(map.View(), QString::fromStdString(TextToSystem(map.Title())), scale);
+    window.SetOnClose([&pace] { pace.Wake(); });
+    const MapMenu menu(window);
     MapSink sink(map.View(), Tell);
     sink.closed = [&window] { return window.IsClosed(); };
     sink.seen = [&window](const host::RunRecord& record) {

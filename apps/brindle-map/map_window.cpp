@@ -139,6 +139,7 @@ void MapWindow::resizeEvent(QResizeEvent*) {
 void MapWindow::closeEvent(QCloseEvent* event) {
     m_closed = true;
     event->accept();
+    if (m_onClose) m_onClose();
 }
 
 void MapWindow::mouseMoveEvent(QMouseEvent* event) {

@@ -4,6 +4,8 @@
 
 #include <QtWidgets/QWidget>
 
+#include <functional>
+
 #include "host/map_view.h"
 
 namespace brindle::map {
@@ -18,6 +20,8 @@ class MapWindow final : public QWidget {
     // The view was given another map.
     void Fit();
     bool IsClosed() const noexcept { return m_closed; }
+    // Called when the window has been closed.
+    void SetOnClose(std::function<void()> closed) { m_onClose = std::move(closed); }
 
     host::MapView& View() const noexcept { return m_view; }
     // A place of the map, in the window.
@@ -46,6 +50,7 @@ class MapWindow final : public QWidget {
     host::MapView& m_view;
     QPoint m_corner;  // of the map in the window
     bool m_closed = false;
+    std::function<void()> m_onClose;
 };
 
 }  // namespace brindle::map

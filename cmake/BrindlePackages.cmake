@@ -3,6 +3,16 @@
 #   libbrindle1      the library                     libbrindle-qt1   the desktop library
 #   libbrindle-dev   what hosts are compiled with    brindle-tools    the programs
 #   brindle-map      the map view
+#
+# The target brindle_packaged is what is in them: neither tests nor benchmarks need to be built for packages.
+set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON)
+add_custom_target(brindle_packaged DEPENDS brindle brindle_tool)
+foreach(target brindle_tool_manual brindle_qt brindle_map brindle_map_manual)
+  if(TARGET ${target})
+    add_dependencies(brindle_packaged ${target})
+  endif()
+endforeach()
+
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME brindle)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")  # each package has its own
@@ -56,6 +66,8 @@ if(TARGET brindle_qt)
   set(CPACK_DEBIAN_MAP_PACKAGE_DEPENDS "libbrindle1 ${exactly}, libbrindle-qt1 ${exactly}")
   list(APPEND CPACK_COMPONENTS_ALL desktop-development)
   string(APPEND CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS ", libbrindle-qt1 ${exactly}")
+  # Hosts with windows include Qt's headers; those without need not have them.
+  set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS "qt6-base-dev")
 endif()
 
 include(CPack)

@@ -138,24 +138,46 @@ class ExamplesTest(unittest.TestCase):
                 self.assertRegex(result.stderr, "^skin_edit: .+skin.xml: .+")
                 self.assertEqual(skin.read_text(), text)
 
-    def test_qt_widget(self):
-        if not (PROGRAMS / "qt_widget").exists():
+    def run_on_desktop(self, name, *arguments):
+        """On a desktop without a screen; what the font library keeps is its own, in a sanitizer's build."""
+        if not (PROGRAMS / name).exists():
             self.skipTest("built without the desktop library")
-        picture = self.folder / "window.ppm"
-        suppressions = ROOT / "brindle/platform/qt/leaks.supp"  # the font library's own, in a sanitizer's build
-        result = run("qt_widget", picture,
-                     env={**os.environ, "QT_QPA_PLATFORM": "offscreen", "XDG_RUNTIME_DIR": str(self.folder),
-                          "LSAN_OPTIONS": f"suppressions={suppressions}:print_suppressions=0"})
-        self.assertEqual((result.stdout, result.returncode), ("", 0), result.stderr)
-        kind, size, depth, pixels = picture.read_bytes().split(b"\n", 3)
-        self.assertEqual((kind, size, depth), (b"P6", b"320 120", b"255"))
+        suppressions = ROOT / "brindle/platform/qt/leaks.supp"
+        return run(name, *arguments,
+                   env={**os.environ, "QT_QPA_PLATFORM": "offscreen", "XDG_RUNTIME_DIR": str(self.folder),
+                        "LSAN_OPTIONS": f"suppressions={suppressions}:print_suppressions=0"})
 
-        def pixel(x, y):
-            return tuple(pixels[3 * (320 * y + x):][:3])
+    def pixels(self, picture, width, height):
+        """What gives the colour at a place of a PPM picture."""
+        kind, size, depth, pixels = picture.read_bytes().split(b"\n", 3)
+        self.assertEqual((kind, size, depth), (b"P6", f"{width} {height}".encode(), b"255"))
+        return lambda x, y: tuple(pixels[3 * (width * y + x):][:3])
+
+    def test_qt_widget(self):
+        picture = self.folder / "window.ppm"
+        result = self.run_on_desktop("qt_widget", picture)
+        self.assertEqual((result.stdout, result.returncode), ("", 0), result.stderr)
+        pixel = self.pixels(picture, 320, 120)
         self.assertEqual(pixel(60, 80), (0xC0, 0x20, 0x20))  # the body, beside its caption
         self.assertNotEqual(pixel(11, 51), (0xC0, 0x20, 0x20))  # outside its rounded corner
         bright = sum(pixel(x, y)[1] > 0x80 for x in range(100, 220) for y in range(60, 100))
         self.assertGreater(bright, 20)  # the caption
+
+    def test_dialogs(self):
+        picture, colours = self.folder / "dialog.ppm", self.folder / "colours.ini"
+        colours.write_text("[CustomColours]\nCustomColour0=1,2,3\n")
+        result = self.run_on_desktop("dialogs", colours, picture)
+        self.assertEqual((result.stdout, result.returncode), ("colour of alarms: 0xff00\n", 0), result.stderr)
+        self.assertEqual(colours.read_text().splitlines()[1:], ["CustomColour0=1,2,3"] +
+                         [f"CustomColour{number}=255,255,255" for number in range(1, 16)])
+        pixel = self.pixels(picture, 300, 120)
+
+        def darkest(top):
+            return min(sum(pixel(x, y)) for x in range(35, 180) for y in range(top + 3, top + 22))
+        text, greyed, ground = darkest(10), darkest(45), sum(pixel(150, 40))
+        self.assertLess(text, 3 * 0x40)
+        self.assertGreater(greyed, text + 3 * 0x28)
+        self.assertLess(greyed, ground - 3 * 0x28)
 
 
 def main():

@@ -1,4 +1,5 @@
-// CButtonPressEvent: a button was pressed; for a toggle button, with the state it now has.
+// CButtonPressEvent: a button was pressed; for a toggle button, with the state it now has. Thread: as
+// CCommandEvent's.
 #pragma once
 
 #include "brindle/address/state_event.h"

@@ -1,4 +1,4 @@
-// CCaptionChangedEvent: an object's caption was changed.
+// CCaptionChangedEvent: an object's caption was changed. Thread: as CCommandEvent's.
 #pragma once
 
 #include "brindle/address/state_event.h"

@@ -1,4 +1,4 @@
-// CCheckBoxCheckedPressEvent: a check box was pressed and is now checked.
+// CCheckBoxCheckedPressEvent: a check box was pressed and is now checked. Thread: as CCommandEvent's.
 #pragma once
 
 #include "brindle/address/state_event.h"

@@ -1,4 +1,4 @@
-// CCheckBoxUnCheckedPressEvent: a check box was pressed and is now unchecked.
+// CCheckBoxUnCheckedPressEvent: a check box was pressed and is now unchecked. Thread: as CCommandEvent's.
 #pragma once
 
 #include "brindle/address/state_event.h"

@@ -1,4 +1,4 @@
-// CMeterValueChangeEvent: a meter shows another value.
+// CMeterValueChangeEvent: a meter shows another value. Thread: as CCommandEvent's.
 #pragma once
 
 #include "brindle/address/state_event.h"

@@ -1,4 +1,4 @@
-// CMeterZoneChangeEvent: a meter's value moved into another zone.
+// CMeterZoneChangeEvent: a meter's value moved into another zone. Thread: as CCommandEvent's.
 #pragma once
 
 #include "brindle/address/state_event.h"

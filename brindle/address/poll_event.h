@@ -1,4 +1,5 @@
-// CPollEvent: a device is polled. One without an address asks for nothing in particular.
+// CPollEvent: a device is polled. One without an address asks for nothing in particular. Thread: as
+// CCommandEvent's.
 #pragma once
 
 #include "brindle/address/state_event.h"

@@ -1,4 +1,5 @@
-// CStateChangedEvent: a device reports a state. The only event class with a type id of its own.
+// CStateChangedEvent: a device reports a state. The only event class with a type id of its own. Thread: as
+// CCommandEvent's.
 #pragma once
 
 #include "brindle/address/state_event.h"

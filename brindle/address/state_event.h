@@ -1,5 +1,5 @@
 // CStateEvent: an event about one device: its address, whether it is masked, its state number, and six
-// strings that describe the change. The base of all concrete events.
+// strings that describe the change. The base of all concrete events. Thread: as CCommandEvent's.
 #pragma once
 
 #include "brindle/address/address_ov.h"
@@ -32,7 +32,8 @@ class BRINDLE_API CStateEvent : public CCommandEvent {
     CStateEvent() = default;  // address all deferred, not masked, state 0, strings empty
     ~CStateEvent() override;
 
-    // A new Event made from this event's fields; its own extra field goes first. What Replicate is made of.
+    // A new Event made from this event's fields, never null, with one reference, the caller's; its own extra field goes
+    // first. What Replicate is made of.
     template <class Event, class... Extra>
     Event* ReplicateAs(Extra... extra) const {
         return new Event(extra..., m_address, m_masked, m_state, m_stateDueToHeader, m_stateDueToCauseHeader,

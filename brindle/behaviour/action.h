@@ -1,5 +1,6 @@
 // CCommandAction: the base of every action, what a behaviour does when one of its triggers fires. Concrete
-// actions are the host's, made known through CCommandActionList::Register.
+// actions are the host's, made known through CCommandActionList::Register. Thread: the engine's, as the whole tree
+// (tree_item.h).
 #pragma once
 
 #include "brindle/behaviour/tree_item.h"

@@ -1,7 +1,7 @@
 // CCommandActionList: the ordered actions of one behaviour, the registry of action types, and the one piece
 // of engine logic that decides how an action runs for a fired trigger: at once, at once and repeatedly, or
 // only from the timer. The list owns its actions. Null items are kept and counted, and skipped by every walk,
-// save and run.
+// save and run. Thread: the engine's, as the whole tree (tree_item.h).
 #pragma once
 
 #include "brindle/behaviour/item_list.h"

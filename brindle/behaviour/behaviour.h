@@ -1,4 +1,5 @@
-// CCommandBehaviour: one rule. When any of its triggers fires, its actions run.
+// CCommandBehaviour: one rule. When any of its triggers fires, its actions run. Thread: the engine's, as the whole
+// tree (tree_item.h).
 #pragma once
 
 #include <string>
@@ -53,7 +54,7 @@ class BRINDLE_API CCommandBehaviour : public CCommandTreeItem {
     void Traverse(const TraveralFunct& visitor);
 
     // Tests every trigger, enabled or not, and acts on the verdicts of the enabled ones. The event is
-    // borrowed.
+    // borrowed, as are the list and the variables (null: none).
     void OnEvent(const CCommandEvent* event, CCommandBehaviourList* list, const VariableManager* variables);
     // Whether a fired trigger's actions would unlock. Kept: enabled flags are not consulted.
     bool CanUnLock(const CCommandEvent* event, CCommandBehaviourList* list);

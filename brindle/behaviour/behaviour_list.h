@@ -42,6 +42,7 @@ class BRINDLE_API CCommandBehaviourList : public CCommandTreeItem {
 
     // All lists of the process, in order of construction.
     static POSITION GetHeadPosition();
+    // The list at the position, never null, which moves to the next list. The list stays its owner's.
     static CCommandBehaviourList* GetNext(POSITION& position);
     static void TraverseAll(const TraveralFunct& visitor);
     // Runs the due repeats of every list. The system time is read once for the whole pass. Entries due

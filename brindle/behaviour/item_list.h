@@ -57,7 +57,7 @@ class ItemList {
     void AddHead(T* object) { Added(m_items.GetAt(m_items.AddHead({object, NextSerial()})).serial); }
     void AddTail(T* object) { Added(m_items.GetAt(m_items.AddTail({object, NextSerial()})).serial); }
 
-    // Takes the item out and returns it; the caller owns it.
+    // Takes the item out and returns it (null when it was a null item); the caller owns it.
     T* RemoveAt(POSITION position) {
         const Item item = m_items.GetAt(position);
         m_items.RemoveAt(position);

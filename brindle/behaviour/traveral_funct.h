@@ -1,4 +1,5 @@
-// TraveralFunct: the visitor of the behaviour tree. (The name is part of the interface.)
+// TraveralFunct: the visitor of the behaviour tree. (The name is part of the interface.) Thread: it is called on
+// the one that walks, the engine's; the items stay the tree's.
 #pragma once
 
 #include "brindle/framework/export.h"

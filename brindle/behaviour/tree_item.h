@@ -36,7 +36,7 @@ class BRINDLE_API CCommandTreeItem {
     virtual int GetImage() const;
     // Seconds until the item should act next; 0 or less: not scheduled.
     virtual int GetNextTime() const;
-    // The item an editor should open for this one.
+    // The item an editor should open for this one, never null; it belongs to this one's owner.
     virtual CCommandTreeItem* GetRealObject();
     // The dialog that configures the item, or null; the caller owns it.
     virtual CCommandConfigDialog* CreateConfigDialog() const;

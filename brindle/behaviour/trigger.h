@@ -1,6 +1,6 @@
 // CCommandTrigger: the base of every trigger, the thing that looks at an event and decides whether a
 // behaviour's actions run. Concrete triggers are the host's, made known through
-// CCommandTriggerList::Register.
+// CCommandTriggerList::Register. Thread: the engine's, as the whole tree (tree_item.h).
 #pragma once
 
 #include <string>

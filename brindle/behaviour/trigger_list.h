@@ -2,7 +2,7 @@
 // trigger types. The list owns its triggers.
 //
 // A null item that a Replicate put into the list is kept and counted, and skipped by every walk, save and
-// run.
+// run. Thread: the engine's, as the whole tree (tree_item.h).
 #pragma once
 
 #include "brindle/behaviour/item_list.h"

@@ -22,7 +22,7 @@ class BRINDLE_API CThemedPropertyPage : public CPropertyPage {
     // on; anything else: normally again. The control itself stays enabled. Does nothing when there is no such control.
     void EnableText(unsigned int controlId, int enable);
     // What does the same for that control, now or later. One for each number, whether or not there is such a control;
-    // it is the object's, and lives as long.
+    // it is the object's, and lives as long. Never null.
     CWindowEnabler<CThemedPropertyPage>* GetDlgTextEnabler(unsigned int controlId);
 
     static const CRuntimeClass classCThemedPropertyPage;

@@ -23,7 +23,8 @@ class BRINDLE_API TextFlags {
   public:
     // Keeps the flag of a control and has it drawn anew. Null: does nothing.
     void Enable(CWnd* control, int enable);
-    // Sets the context's text colour for a static control whose flag is 0. Call it after the framework has chosen.
+    // Sets the context's text colour for a static control whose flag is 0. Call it after the framework has chosen. Both
+    // stay the caller's.
     void Colour(CDC* context, CWnd* control, unsigned int kind) const;
     // The window is gone: its handles may come again for other controls.
     void Forget() { m_flags.RemoveAll(); }
@@ -35,7 +36,7 @@ class BRINDLE_API TextFlags {
 template <class T>
 class ThemedTexts : public TextFlags {
   public:
-    // One for each control, valid as long as the dialog object.
+    // One for each control, never null, valid as long as the dialog object.
     CWindowEnabler<T>* Enabler(T* dialog, unsigned int controlId) {
         return &m_enablers.try_emplace(controlId, dialog, controlId).first->second;
     }

@@ -52,10 +52,10 @@ class BRINDLE_API CSolver {
     // an operator lacks an operand. With `upper` the whole rule, quoted texts included, and all values are
     // read in upper case; the names of the values must then be in upper case already.
     bool Solve(const CStringA& rule, const CSolverData& data, bool upper, CCalculator::Literal& result) const;
-    // The first value whose header and address fit answers.
+    // Likewise; the first value whose header and address fit answers.
     bool Solve(const CStringA& rule, const std::vector<Value>& values, bool upper,
                CCalculator::Literal& result) const;
-    // The result as a number.
+    // Likewise; the result as a number.
     bool Solve(const CStringA& rule, const std::vector<Value>& values, bool upper, float& result) const;
     // Values in pairs. Returns -1.0 on failure, also when the arrays differ in length, which cannot be told from
     // a rule whose result is -1.

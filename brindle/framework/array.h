@@ -1,5 +1,6 @@
 // CArray and its usual instances: the application framework's growing arrays, over std::vector.
-// Indices are checked only by the caller, except where the comment says otherwise.
+// Indices are checked only by the caller, except where the comment says otherwise. Thread: a value type without
+// shared state.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,5 @@
-// FILETIME: the platform's time stamp, 100-nanosecond steps since 1601-01-01 UTC in two 32-bit words.
+// FILETIME: the platform's time stamp, 100-nanosecond steps since 1601-01-01 UTC in two 32-bit words. Thread: any;
+// values.
 #pragma once
 
 #include <cstdint>

@@ -2,7 +2,7 @@
 // come and go. Nodes are taken from blocks of `blockSize`, so that neighbours lie close together in memory.
 //
 // A POSITION names one node of one list; null is "past the end". Using a position after its node was removed
-// is a programming error, as it is for any container.
+// is a programming error, as it is for any container. Thread: a value type without shared state.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,5 @@
 // LocalTime: a moment broken down by the calendar, and the calendar itself (proleptic Gregorian, no leap
-// seconds). Which time zone a LocalTime means is for whoever filled it to say.
+// seconds). Which time zone a LocalTime means is for whoever filled it to say. Thread: any; values.
 #pragma once
 
 #include <cstdint>

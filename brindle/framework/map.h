@@ -1,5 +1,5 @@
 // CMap: the application framework's hashed table. Positions stay valid while other entries come and go; the
-// walk goes in the order in which the keys were first set.
+// walk goes in the order in which the keys were first set. Thread: a value type without shared state.
 #pragma once
 
 #include <cstddef>

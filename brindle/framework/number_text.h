@@ -33,12 +33,12 @@ BRINDLE_API NumberRead<std::uint32_t> ReadUnsignedLong(std::string_view text, in
 BRINDLE_API NumberRead<double> ReadDoublePrefix(std::string_view text);
 
 // The "%X" of scanf: white space, an optional sign, an optional "0x", hexadecimal digits. On success `text`
-// is advanced behind the number; on failure both arguments are unchanged. A longer number saturates.
+// is advanced behind the number: true; on failure, false, both arguments are unchanged. A longer number saturates.
 BRINDLE_API bool ScanHex(std::string_view& text, std::uint32_t& value) noexcept;
 // The "%d" of scanf, likewise.
 BRINDLE_API bool ScanInt(std::string_view& text, std::int32_t& value) noexcept;
 // A hexadecimal 32-bit number from the start of a text, as an input stream reads it: as ScanHex, but a number
-// of more than 32 bits fails and stores FFFFFFFF, and a text without a number stores 0.
+// of more than 32 bits fails and stores FFFFFFFF, and a text without a number fails and stores 0. True: it is read.
 BRINDLE_API bool ReadStreamHex(std::string_view text, std::uint32_t& value) noexcept;
 
 // Decimal, without grouping.

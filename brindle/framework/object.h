@@ -42,7 +42,7 @@ BRINDLE_API void RegisterRuntimeClass(const CRuntimeClass& type) noexcept;
 
 class BRINDLE_API CObject {
   public:
-    // The class of the object itself, not of the pointer to it.
+    // The class of the object itself, not of the pointer to it. Never null; classes are never destroyed.
     virtual const CRuntimeClass* GetRuntimeClass() const;
     virtual ~CObject();
     // Reads or writes the object's fields. The base stores nothing.

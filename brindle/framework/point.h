@@ -1,4 +1,5 @@
-// CPoint and CSize: a place and an extent in a host's drawing coordinates. Arithmetic wraps at 32 bits.
+// CPoint and CSize: a place and an extent in a host's drawing coordinates. Arithmetic wraps at 32 bits. Thread:
+// any; values.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,6 @@
 // CRect: a rectangle of four whole coordinates; right and bottom lie just outside it. Nothing is normalised by itself:
-// a reversed rectangle has a negative width or height. Arithmetic wraps at 32 bits and is never undefined.
+// a reversed rectangle has a negative width or height. Arithmetic wraps at 32 bits and is never undefined. Thread:
+// any; values.
 #pragma once
 
 #include <algorithm>

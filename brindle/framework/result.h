@@ -1,5 +1,6 @@
 // Result: how a failure travels inside the library: a code, a text that names what and why, and a place in
-// the input where there is one. Exported functions turn it into their bool or int once, at the edge.
+// the input where there is one. Exported functions turn it into their bool or int once, at the edge. Thread: any; a
+// value.
 #pragma once
 
 #include <cstdint>

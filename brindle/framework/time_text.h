@@ -1,4 +1,4 @@
-// strftime without a locale: dates and times as text with the words of the C locale.
+// strftime without a locale: dates and times as text with the words of the C locale. Thread: any.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,5 @@
-// The module object: what the library says about itself. It exists from the moment the library is loaded.
+// The module object: what the library says about itself. It exists from the moment the library is loaded. Thread:
+// any; nothing in it changes.
 #pragma once
 
 #include "brindle/framework/export.h"
@@ -16,7 +17,8 @@ struct ModuleVersion {
 class BRINDLE_API Module {
   public:
     const char* Name() const noexcept { return m_name; }
-    const char* VersionText() const noexcept { return m_versionText; }  // "1.0.0"
+    // "1.0.0"; never null, valid until the process ends.
+    const char* VersionText() const noexcept { return m_versionText; }
     ModuleVersion Version() const noexcept { return m_version; }
 
     // The one object of the process; never destroyed. Thread: any.

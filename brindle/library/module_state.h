@@ -2,7 +2,8 @@
 // globals are the library's whichever module calls.
 //
 // On systems where a shared library has one set of globals for all its callers there is nothing to switch and
-// the guard does nothing; it stays in the code for the systems that have module states.
+// the guard does nothing; it stays in the code for the systems that have module states. Thread: any; one guard
+// belongs to the thread that made it.
 #pragma once
 
 namespace brindle {

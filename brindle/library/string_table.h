@@ -1,5 +1,5 @@
 // The library's string resources: texts that belong to the design, by number. The numbers are part of the
-// interface: do not change.
+// interface: do not change. Thread: any; the texts are constants.
 #pragma once
 
 #include "brindle/framework/export.h"

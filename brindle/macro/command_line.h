@@ -27,8 +27,8 @@ struct FullAddress_t;
 //   when `text` is given), %i status, %j the host's status of the address, %v the colour name of that, %s the
 //   colour name of `status`, %r r.
 //
-// Texts end at their first zero byte. A field whose replacement would make the line longer than 16 MiB stays as
-// typed. Throws std::invalid_argument when the line holds a "%" and the present
+// All arguments stay the caller's. Texts end at their first zero byte. A field whose replacement would make the
+// line longer than 16 MiB stays as typed. Throws std::invalid_argument when the line holds a "%" and the present
 // time cannot be expressed as local time. What the hook or the host's object throws passes through. After any
 // exception, memory running out included, the line is what the last complete stage of the four left.
 BRINDLE_API void FormatCommandLineEx(CStringA& commandLine, const FullAddress_t* address, const char* path,

@@ -1,5 +1,5 @@
 // NamedList: entries with names, in the order in which they were first added, found by name in logarithmic time
-// whatever the names are. Names compare byte by byte and case counts.
+// whatever the names are. Names compare byte by byte and case counts. Thread: a value type without shared state.
 #pragma once
 
 #include <cstddef>

@@ -56,11 +56,12 @@ class BRINDLE_API OVSkin {
                       int& out) const;
     bool GetExactProp(const CStringA& mode, const CStringA& element, const CStringA& attribute,
                       long& out) const;
-    // A colour, 0x00BBGGRR, from "#RRGGBB" or "RRGGBB" in either case; of seven characters the first may be any.
-    // Another length is black; in a pair of digits the first character that is none ends the number.
+    // Likewise a colour, 0x00BBGGRR, from "#RRGGBB" or "RRGGBB" in either case; of seven characters the first may be
+    // any. Another length is black; in a pair of digits the first character that is none ends the number.
     bool GetExactProp(const CStringA& mode, const CStringA& element, const CStringA& attribute,
                       unsigned long& out) const;
-    // Kept: hosts tell by this one whether the mode itself sets the value, so it alone does not ask "default".
+    // Likewise a text. Kept: hosts tell by this one whether the mode itself sets the value, so it alone does not ask
+    // "default".
     bool GetExactProp(const CStringA& mode, const CStringA& element, const CStringA& attribute,
                       CStringA& out) const;
 

@@ -1,4 +1,5 @@
-// Orvane::MyCharReplacer: removes or replaces the characters of a set, and control characters.
+// Orvane::MyCharReplacer: removes or replaces the characters of a set, and control characters. Thread: a value type
+// without shared state.
 #pragma once
 
 #include "brindle/framework/string_a.h"

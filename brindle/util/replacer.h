@@ -1,4 +1,5 @@
-// Orvane::Replacer: a function object that says of one element whether to remove, replace or keep it.
+// Orvane::Replacer: a function object that says of one element whether to remove, replace or keep it. Thread: the
+// one that calls what takes it.
 #pragma once
 
 #include "brindle/framework/export.h"

@@ -19,7 +19,7 @@ class BRINDLE_API Utils {
     // dropped first, however many there are.
     static void CorrectLineBreaks(CStringA& s);
 
-    // Seconds since 1970-01-01 UTC, cut towards zero. `time` must not be null.
+    // Seconds since 1970-01-01 UTC, cut towards zero. `time` must not be null and stays the caller's.
     static std::int64_t FileTimeToUnixTime(const FILETIME* time);
     // The local wall-clock time, read as if it were UTC, in seconds since 1970; 32 bits. Throws
     // std::invalid_argument when the clock cannot tell it.

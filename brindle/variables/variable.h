@@ -1,4 +1,5 @@
-// Variable: one name and its value, as a scope of variables holds it. A plain value type.
+// Variable: one name and its value, as a scope of variables holds it. A plain value type. Thread: a value without
+// shared state.
 #pragma once
 
 #include "brindle/framework/export.h"

@@ -1,5 +1,6 @@
 // VariableIndex: the names of a scope side by side in their order, so that finding one touches little memory. It
 // points into the scope's own map, which owns the variables. Defined here in full: resolve spends its time in it.
+// Thread: the scope's.
 #pragma once
 
 #include <algorithm>

@@ -1,5 +1,6 @@
 // OVDrawing: what widgets draw with: scaled and turned fonts, the frame, aligned and turned text. A device context
-// that is null draws nothing. Colours are 0x00BBGGRR. Thread: the user interface's.
+// that is null draws nothing; it and what is drawn stay the caller's. Colours are 0x00BBGGRR. Thread: the user
+// interface's.
 #pragma once
 
 #include "brindle/framework/export.h"

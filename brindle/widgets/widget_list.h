@@ -32,7 +32,7 @@ class BRINDLE_API List : public Widget {
     // list is transparent; then the items are placed, and those that meet the list's bounds are drawn.
     void Draw(CDC* dc, double scale) override;
 
-    // The mouse over the list is not told to the items.
+    // The mouse over the list is not told to the items. False: nothing changed.
     using Widget::OnMouseOver;
     bool OnMouseOver(CPoint point) override;
     void OnMouseOut() override;

@@ -96,8 +96,8 @@ class BRINDLE_API XMLReader {
 
     // Each returns whether the current element has the attribute (by its name as written, prefix included) in
     // a readable form.
-    bool ReadAttribute(char const* name, std::string& value) const;  // absent: value unchanged
-    bool ReadAttribute(char const* name, CStringA& value) const;     // absent: value emptied
+    bool ReadAttribute(char const* name, std::string& value) const;  // absent: false, value unchanged
+    bool ReadAttribute(char const* name, CStringA& value) const;     // absent: false, value emptied
     // Decimal: white space, a sign, digits; the rest is ignored; no digits give 0; saturates at 32 bits. An
     // absent or empty attribute: false, value unchanged.
     bool ReadAttribute(char const* name, int& value) const;

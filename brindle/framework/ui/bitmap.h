@@ -32,7 +32,7 @@ class BRINDLE_API CBitmap {
     CSize SetBitmapDimension(int width, int height) noexcept;
     CSize GetBitmapDimension() const noexcept { return m_dimension; }
 
-    // For drawing; null when there are no pixels.
+    // For drawing; null when there are no pixels. It stays the bitmap's.
     const brindle::Image* Picture() const noexcept { return m_image.get(); }
 
   private:

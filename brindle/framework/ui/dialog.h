@@ -52,7 +52,7 @@ class BRINDLE_API CDialog : public CWnd {
     static const CRuntimeClass classCDialog;
 
   protected:
-    // All controls are there, and nothing is shown. What it returns is for derived classes.
+    // All controls are there, and nothing is shown. The base returns true; what it means is for derived classes.
     virtual bool OnInitDialog();
     // A button was clicked, or the user changed a text or a choice; true: it was dealt with. The base calls OnOK for 1
     // and OnCancel for 2, which is also what closing the window gives.

@@ -1,5 +1,5 @@
 // CFont: a font that can be selected into a device context. It holds the description it was made from; which face is
-// drawn is the drawing surface's business. Copies are independent.
+// drawn is the drawing surface's business. Copies are independent. Thread: the user interface's.
 #pragma once
 
 #include "brindle/framework/export.h"

@@ -20,8 +20,10 @@ class BRINDLE_API CPropertyPage : public CDialog {
     static const CRuntimeClass classCPropertyPage;
 
   protected:
-    virtual bool OnSetActive();   // the page comes to the front; what it returns is for derived classes
-    virtual bool OnKillActive();  // the page is left or applied; false, after telling the user why: it stays
+    // The page comes to the front. The base returns true; what it means is for derived classes.
+    virtual bool OnSetActive();
+    // The page is left or applied; false, after telling the user why: it stays.
+    virtual bool OnKillActive();
     // OK or Apply: take the settings over; false: the sheet stays open. The base calls OnOK and answers true.
     virtual bool OnApply();
     // A page ends no dialog: the base's do nothing.

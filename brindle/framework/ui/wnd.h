@@ -67,7 +67,7 @@ class BRINDLE_API CWnd : public CObject {
     // window that a desktop could show something in.
     bool CreateMessageWindow();
 
-    // The message map of the object's own class.
+    // The message map of the object's own class; never null, a constant.
     virtual const AFX_MSGMAP* GetMessageMap() const;
     static const AFX_MSGMAP* GetThisMessageMap();
 

@@ -38,7 +38,8 @@ BRINDLE_API void SetControlId(QWidget& control, unsigned controlId);
 
 // A widget as the library hands it on, as the owner of a dialog for example. Null for null.
 BRINDLE_API HWND HandleOf(QWidget* widget) noexcept;
-// Null when there is no such widget any more, and without a QApplication.
+// The widget of a handle; it stays its parent's. Null when there is no such widget any more, and without a
+// QApplication.
 BRINDLE_API QWidget* WidgetOf(HWND handle);
 
 }  // namespace brindle

@@ -52,6 +52,10 @@ class NamedList {
         m_entries.pop_back();
     }
     const std::vector<Entry>& Entries() const noexcept { return m_entries; }
+    template <class Visit>
+    void ForEachValue(Visit visit) {
+        for (Entry& entry : m_entries) visit(entry.value);
+    }
 
   private:
     std::vector<Entry> m_entries;

@@ -1,6 +1,7 @@
 // OVSkin: the store of a skin, its look-ups and its document. Tests: ov_skin_test.cpp, ov_skin_document_test.cpp.
 #include "brindle/skin/ov_skin.h"
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
@@ -30,6 +31,17 @@ unsigned long ReadPair(std::string_view pair) noexcept {
     return value;
 }
 
+// In byte order already, as sorting strings takes much longer than sorting pointers to them.
+void AppendTo(brindle::SortedTexts& texts, const std::vector<XMLAttribute>& attributes) {
+    std::vector<const XMLAttribute*> ordered;
+    ordered.reserve(attributes.size());
+    for (const XMLAttribute& attribute : attributes) ordered.push_back(&attribute);
+    std::sort(ordered.begin(), ordered.end(),
+              [](const XMLAttribute* a, const XMLAttribute* b) { return a->name.view() < b->name.view(); });
+    if (texts.IsEmpty()) texts.Reserve(attributes.size());
+    for (const XMLAttribute* attribute : ordered) texts.Append(attribute->name, attribute->value);
+}
+
 }  // namespace
 
 OVSkin::OVSkin() = default;
@@ -54,27 +66,30 @@ bool OVSkin::ReadXML(XMLReader& reader) {
     OVSkin merged(*this);  // all of the document or nothing, should memory run out
     for (const CStringA& mode : reader.GetChildSections()) {
         reader.EnterSection(mode, false);
-        for (const CStringA& element : reader.GetChildSections()) {
-            reader.EnterSection(element, false);
-            merged.ReadElement(mode, element, reader);
-            reader.CloseSection();
-        }
+        merged.ReadMode(mode, reader);
         reader.CloseSection();
     }
     reader.CloseSection();
+    merged.m_modes.ForEachValue(
+        [](Elements& elements) { elements.ForEachValue([](auto& texts) { texts.Sort(); }); });
     std::swap(m_modes, merged.m_modes);
     if (merged.m_xml.IsEmpty()) m_xml.Empty();
     return true;
 }
 
-void OVSkin::ReadElement(const CStringA& mode, const CStringA& element, XMLReader& reader) {
+// Leaves texts to be sorted. Modes and elements come into being with their first value.
+void OVSkin::ReadMode(const CStringA& mode, XMLReader& reader) {
+    Elements* elements = nullptr;
     std::vector<XMLAttribute> attributes;
-    reader.ReadAttributes(attributes);
-    if (attributes.empty()) return;  // modes and elements come into being with their first value
-    m_xml.Empty();
-    Attributes& values = m_modes.FindOrAdd(mode).FindOrAdd(element);
-    for (XMLAttribute& attribute : attributes)
-        values.insert_or_assign(std::move(attribute.name), std::move(attribute.value));
+    for (const CStringA& element : reader.GetChildSections()) {
+        reader.EnterSection(element, false);
+        reader.ReadAttributes(attributes);
+        reader.CloseSection();
+        if (attributes.empty()) continue;
+        m_xml.Empty();
+        if (!elements) elements = &m_modes.FindOrAdd(mode);
+        AppendTo(elements->FindOrAdd(element), attributes);
+    }
 }
 
 const CStringA& OVSkin::GetXML() {
@@ -85,7 +100,8 @@ const CStringA& OVSkin::GetXML() {
         writer.EnterSection(mode.name);
         for (const auto& element : mode.value.Entries()) {
             writer.EnterSection(element.name);
-            for (const auto& [name, value] : element.value) writer.WriteAttribute(name, value.GetString());
+            for (const auto& [name, value] : element.value.Entries())
+                writer.WriteAttribute(name, value.GetString());
             writer.CloseSection();
         }
         writer.CloseSection();
@@ -106,10 +122,8 @@ CStringA OVSkin::GetError() const {
 const CStringA* OVSkin::Find(const CStringA& mode, const CStringA& element,
                              const CStringA& attribute) const noexcept {
     const Elements* elements = m_modes.Find(mode.view());
-    const Attributes* attributes = elements ? elements->Find(element.view()) : nullptr;
-    if (!attributes) return nullptr;
-    const auto found = attributes->find(attribute);
-    return found == attributes->end() ? nullptr : &found->second;
+    const brindle::SortedTexts* texts = elements ? elements->Find(element.view()) : nullptr;
+    return texts ? texts->Find(attribute.view()) : nullptr;
 }
 
 const CStringA* OVSkin::FindOrDefault(const CStringA& mode, const CStringA& element,
@@ -175,14 +189,14 @@ bool OVSkin::GetExactProp(int mode, const CStringA& element, const CStringA& att
 void OVSkin::DropEmpty(const CStringA& mode) noexcept {
     if (!m_modes.Find(mode.view())) return;
     Elements& elements = m_modes.FindOrAdd(mode);
-    if (!elements.Entries().empty() && elements.Entries().back().value.empty()) elements.RemoveLast();
+    if (!elements.Entries().empty() && elements.Entries().back().value.IsEmpty()) elements.RemoveLast();
     if (elements.Entries().empty()) m_modes.RemoveLast();
 }
 
 bool OVSkin::SetExactProp(const CStringA& mode, const CStringA& element, const CStringA& attribute,
                           const CStringA& value) {
     try {
-        m_modes.FindOrAdd(mode).FindOrAdd(element).insert_or_assign(attribute, value);
+        m_modes.FindOrAdd(mode).FindOrAdd(element).Set(attribute, value);
     } catch (...) {
         DropEmpty(mode);
         throw;

@@ -11,11 +11,10 @@
 // operations may run side by side.
 #pragma once
 
-#include <map>
-
 #include "brindle/framework/export.h"
 #include "brindle/framework/string_a.h"
 #include "brindle/skin/named_list.h"
+#include "brindle/skin/sorted_texts.h"
 
 class XMLReader;
 
@@ -91,11 +90,10 @@ class BRINDLE_API OVSkin {
                       const unsigned long& value);
 
   private:
-    using Attributes = std::map<CStringA, CStringA, brindle::ByteOrder>;
-    using Elements = brindle::NamedList<Attributes>;
+    using Elements = brindle::NamedList<brindle::SortedTexts>;
 
     bool ReadXML(XMLReader& reader);
-    void ReadElement(const CStringA& mode, const CStringA& element, XMLReader& reader);
+    void ReadMode(const CStringA& mode, XMLReader& reader);
     void DropEmpty(const CStringA& mode) noexcept;
     const CStringA* Find(const CStringA& mode, const CStringA& element,
                          const CStringA& attribute) const noexcept;

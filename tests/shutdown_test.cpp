@@ -1,53 +1,42 @@
-// Ends of a process in the wrong order: what a host keeps in static storage outlives the scopes, events and services it
-// used, the library is called after main has returned, monitors end while their handlers run, and an action ends the
-// process. Each case runs in a process of its own, which must end by exit and without a word; worth most under the
-// address sanitizer, which also looks for what is left behind.
+// Ends of a process in the wrong order: what a host keeps in static storage outlives the scopes, events, pictures and
+// services it used, the library is called after main has returned, monitors end while their handlers run, and an action
+// ends the process. Worth most under the address sanitizer, which also looks for what is left behind. With a desktop:
+// brindle/platform/qt/shutdown_qt_test.cpp.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <atomic>
-#include <cstdio>
+#include <cstdint>
 #include <cstdlib>
 #include <fstream>
-#include <functional>
 #include <memory>
 #include <string>
-#include <utility>
+#include <vector>
 
 #include "brindle/behaviour/trigger_list.h"
 #include "brindle/expressions/prepared_rule.h"
 #include "brindle/macro/command_line.h"
 #include "brindle/macro/ini_string.h"
+#include "brindle/platform/fake/images_fake.h"
+#include "brindle/platform/images.h"
+#include "brindle/platform/service.h"
 #include "brindle/skin/ov_skin.h"
 #include "brindle/util/file_monitor.h"
 #include "brindle/util/run_loop.h"
 #include "brindle/util/timer.h"
 #include "brindle/variables/hook/variable_manager_format_command_line_hook.h"
 #include "brindle/variables/variable_manager.h"
+#include "brindle/widgets/animation_update_controller.h"
+#include "brindle/widgets/animation_update_target.h"
+#include "brindle/widgets/button.h"
+#include "brindle/widgets/flash_timer.h"
+#include "brindle/widgets/shared_picture.h"
 #include "testing/behaviour_kit.h"
+#include "testing/own_process.h"
+#include "testing/picture_bytes.h"
 
 namespace {
 
 using namespace brindle::testing;
-
-constexpr int kWrong = 9;  // exit code of a process that saw something wrong
-
-// Runs a function when it is destroyed: as a static of its own, after everything made later is gone.
-class AtEnd {
-  public:
-    explicit AtEnd(std::function<void()> work) : m_work(std::move(work)) {}
-    AtEnd(const AtEnd&) = delete;
-    AtEnd& operator=(const AtEnd&) = delete;
-    ~AtEnd() { m_work(); }
-
-  private:
-    std::function<void()> m_work;
-};
-
-void Require(bool condition) {
-    if (!condition) _exit(kWrong);
-}
 
 // Statics of a function are destroyed in the reverse order of their making.
 
@@ -234,12 +223,75 @@ void AMonitorThatItsHandlerDestroys() {
     handler.done.wait(false);
 }
 
-TEST(ShutdownTest, InAnyOrder) {
-    struct Row {
-        const char* label;
-        void (*run)();
+// The size of a PNG of 4 by 3, told as a point a pixel.
+void RequirePicture(IPicture* picture) {
+    long width = 0;
+    Require(picture && picture->get_Width(&width) == 0 && width == 4 * 2540 / 72);
+}
+
+std::string PictureFile() {
+    const std::string path = ::testing::TempDir() + "shutdown.png";
+    std::ofstream(path, std::ios::binary) << PngBytes(4, 3, std::vector<std::uint32_t>(12, 0xFF112233));
+    return path;
+}
+
+void PicturesAfterTheCacheAndTheDesktop() {
+    static IPicture* held = nullptr;     // by a reference of its own
+    static IPicture* counted = nullptr;  // by the cache until the very end
+    static CBitmap* bitmap = nullptr;
+    static const std::string path = PictureFile();
+    static const AtEnd last([] {
+        RequirePicture(held);
+        RequirePicture(counted);
+        Require(CreateSharedPicture((path + "2").c_str()) == nullptr);
+        held->Release();
+        ReleaseSharedPicture(counted);
+        ReleaseSharedBitmap(bitmap);
+    });
+    static brindle::FakeImages images;
+    static const brindle::ScopedService<brindle::Images> installed(brindle::SetImages, images);
+    held = CreateSharedPicture(path.c_str());
+    RequirePicture(held);
+    held->AddRef();
+    ReleaseSharedPicture(held);
+    counted = CreateSharedPicture(path.c_str());
+    Require(counted && counted != held);
+    bitmap = CreateSharedBitmap(path.c_str(), 0xFFFFFF);
+    Require(bitmap);
+}
+
+void AButtonThatShowsAPictureGoesLast() {
+    static OV::Button first;
+    static brindle::FakeImages images;
+    static const brindle::ScopedService<brindle::Images> installed(brindle::SetImages, images);
+    static OV::Button second;
+    const CStringA path(PictureFile());
+    Require(second.SetImage(path, OV::Button::ImageNormal));
+    first = second;
+}
+
+void ListenersThatAreNeverTakenBack() {
+    struct Target final : CAnimationUpdateTarget {
+        void DoUpdate(unsigned int, std::uint64_t& nextDue) override { nextDue = 1; }
     };
-    const Row rows[] = {
+    static Target early;
+    static CFlashCallBack listening;
+    static const AtEnd update([] {
+        unsigned int wait = 0;
+        CAnimationUpdateController& controller = CAnimationUpdateController::GetInstance();
+        controller.DoUpdate();
+        Require(controller.NeedsUpdate(wait) && controller.IsRegistered(&early));
+        brindle::RunLoop::RunDue();
+    });
+    static Target late;
+    static CFlashCallBack alsoListening;
+    for (Target* const each : {&early, &late}) CAnimationUpdateController::GetInstance().Register(each);
+    for (CFlashCallBack* const each : {&listening, &alsoListening}) Require(StartFlashTimer(each) == 1);
+}
+
+TEST(ShutdownTest, InAnyOrder) {
+    RegisterProbes();
+    ExpectGoodEnds({
         {"a list after its scope", AListAfterItsScopeAndTheVariablesAbove},
         {"triggers after their list and before it", TriggersAndActionsAfterTheirListAndBeforeIt},
         {"an action that ends the process", AnActionThatEndsTheProcess},
@@ -251,21 +303,10 @@ TEST(ShutdownTest, InAnyOrder) {
         {"a timer after its loop", ATimerAfterItsLoop},
         {"a monitor whose handler runs", AMonitorWhoseHandlerRuns},
         {"a monitor that its handler destroys", AMonitorThatItsHandlerDestroys},
-    };
-    RegisterProbes();
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.label);
-        std::fflush(nullptr);
-        const pid_t child = fork();
-        if (child == 0) {
-            row.run();
-            std::exit(0);
-        }
-        int status = 0;
-        ASSERT_EQ(waitpid(child, &status, 0), child);
-        EXPECT_TRUE(WIFEXITED(status)) << "ended by signal " << WTERMSIG(status);
-        EXPECT_EQ(WEXITSTATUS(status), 0);
-    }
+        {"pictures after the cache and the desktop", PicturesAfterTheCacheAndTheDesktop},
+        {"a button that shows a picture goes last", AButtonThatShowsAPictureGoesLast},
+        {"animation targets and call-backs that are never taken back", ListenersThatAreNeverTakenBack},
+    });
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
-// Behaviour lists driven by one thread, as docs/threads.md has it, while monitors, SNMP requests and everything else
-// that may be called from any thread run beside it. Proves little by itself, and much under the thread sanitizer.
+// Behaviour lists driven by one thread, as docs/threads.md has it, while monitors, SNMP requests to a real agent and
+// everything else that may be called from any thread run beside it. Proves little by itself, and much under the thread
+// sanitizer.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -25,6 +26,7 @@
 #include "testing/behaviour_kit.h"
 #include "testing/saving_ways.h"
 #include "testing/scripted_agent.h"
+#include "testing/snmpd_process.h"
 
 namespace {
 
@@ -121,51 +123,77 @@ class ThreadsTest : public ::testing::Test {
         std::filesystem::path(::testing::TempDir()) / ("threads_" + std::to_string(getpid()));
 };
 
+// Gets and sets of a real agent, and gets of one that answers at once; a few at a time.
+class Requests {
+  public:
+    explicit Requests(Inbox& inbox) : m_inbox(inbox) {}
+    bool AgentRuns() const { return m_agent.IsRunning(); }
+    int Asked() const { return m_asked; }
+
+    void AskMore(int answered) {
+        for (const int until = m_tried + kAtOnce - (m_asked - answered); m_tried < until; ++m_tried) {
+            CSnmpVariable variable;
+            const bool real = m_tried % 2 == 0;
+            variable.agent = real ? m_agent.Address() : m_quick.Address();
+            variable.community = "private";
+            variable.oid = real ? kSnmpdVariables[0].oid : "1.3.6.1.2.1.1.5.0";
+            variable.type = 2;
+            variable.value = "5";
+            const auto start = m_tried % 3 == 0 ? KySnmpSetValue : KySnmpGetValue;
+            m_asked += start(&variable, OnSnmpResult, reinterpret_cast<unsigned long>(&m_inbox), 5'000, 1);
+        }
+    }
+
+  private:
+    static constexpr int kAtOnce = 8;
+    Inbox& m_inbox;
+    const SnmpdProcess m_agent;
+    const ScriptedAgent m_quick{[](const SnmpRequestPacket& request) {
+        return ScriptedAgent::Packets{SnmpAnswerPacket(request).Bytes()};
+    }};
+    int m_tried = 0;
+    int m_asked = 0;
+};
+
 TEST_F(ThreadsTest, ListsOnOneThreadWhileMonitorsAndRequestsRun) {
     Inbox inbox;
+    Requests requests(inbox);
+    ASSERT_TRUE(requests.AgentRuns());
     int seen[3] = {};
     ProbeList list;
     AddRule(list, CCommandTrigger::kFired, [&](const CCommandEvent* event) {
         if (event) ++seen[event->type()];
     });
     AddRepeating(list, 1);
-    const ScriptedAgent agent([](const SnmpRequestPacket& request) {
-        return ScriptedAgent::Packets{SnmpAnswerPacket(request).Bytes()};
-    });
-    FileMonitor monitor(FileMonitor::AlsoCounts::kReplacement);
+    const int& answered = seen[kSnmpAnswered];
+    FileMonitor replaced(FileMonitor::AlsoCounts::kReplacement), written;
     Watcher watcher(inbox);
-    const std::string watched = File("watched");
-    std::ofstream(watched) << "before";
-    ASSERT_TRUE(monitor.StartMonitoringFile(watched, &watcher));
+    const std::string saved = File("saved"), log = File("log");
+    for (const std::string& path : {saved, log}) std::ofstream(path) << "before";
+    ASSERT_TRUE(replaced.StartMonitoringFile(saved, &watcher));
+    ASSERT_TRUE(written.StartMonitoringFile(log, &watcher));
     const Moment end = std::chrono::steady_clock::now() + std::chrono::minutes(2);
-    int requested = 0;
-    int answered = 0;
     {
         Beside beside;
-        beside.Run([&] { SaveBy(Saving::kRenameOver, watched, "after"); });
-        beside.Run([&] { monitor.IsMonitoringDirectory(m_folder.string()); });
+        beside.Run([&] { SaveBy(Saving::kRenameOver, saved, "after"); });
+        beside.Run([&] { std::ofstream(log, std::ios::app) << "line"; });
+        beside.Run([&] { replaced.IsMonitoringDirectory(m_folder.string()); });
+        beside.Run([&] {
+            if (written.StopMonitoringFile(log)) written.StartMonitoringFile(log, &watcher);
+        });
         while ((seen[kFileChanged] < kEnough || answered < kEnough) &&
                std::chrono::steady_clock::now() < end) {
-            if (requested - answered < 8) {
-                CSnmpVariable variable;
-                variable.agent = agent.Address();
-                variable.community = "public";
-                variable.oid = "1.3.6.1.2.1.1.5.0";
-                const auto target = reinterpret_cast<unsigned long>(&inbox);
-                requested += KySnmpGetValue(&variable, OnSnmpResult, target, 5'000, 1);
-            }
+            requests.AskMore(answered);
             DriveEngine(list, inbox.Take());
-            answered = seen[kSnmpAnswered];
         }
     }
-    while (answered < requested && std::chrono::steady_clock::now() < end) {
+    while (answered < requests.Asked() && std::chrono::steady_clock::now() < end)
         DriveEngine(list, inbox.Take());
-        answered = seen[kSnmpAnswered];
-    }
     EXPECT_GE(seen[kFileChanged], kEnough);
     EXPECT_GE(answered, kEnough);
-    EXPECT_EQ(answered, requested) << "every request calls back";
-    EXPECT_TRUE(monitor.StopMonitoringFile(watched));
+    EXPECT_EQ(answered, requests.Asked()) << "every request calls back";
+    EXPECT_TRUE(replaced.StopMonitoringFile(saved));
+    EXPECT_TRUE(written.StopMonitoringFile(log));
 }
 
 // What the documents allow on any thread, on several at once, while the engine runs.

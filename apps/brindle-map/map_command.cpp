@@ -13,6 +13,7 @@
 #include <memory>
 
 #include "apps/brindle-map/map_accessible.h"
+#include "apps/brindle-map/map_application.h"
 #include "apps/brindle-map/map_menu.h"
 #include "apps/brindle-map/map_pace.h"
 #include "apps/brindle-map/map_picture.h"
@@ -51,11 +52,6 @@ double ScaleOf(const MapOptions& options) {
         scale > host::MapView::kLargestScale)
         throw Failure(kWrongUsage, "--scale", "\"" + *options.scale + "\" is not a number from 0.05 to 20");
     return scale;
-}
-
-// Qt's own remarks are not for those who look at the map; what ends the program is.
-void TellOfQt(QtMsgType type, const QMessageLogContext&, const QString& text) {
-    if (type == QtCriticalMsg || type == QtFatalMsg) tool::Complain("Qt", text.toStdString());
 }
 
 // The site, its map, and the answers to "#" fields outside a run.
@@ -210,8 +206,8 @@ int ShowMap(const MapOptions& options) {
     char offscreen[] = "offscreen";
     char* arguments[] = {name, platform, offscreen, nullptr};
     int count = options.screenshot ? 3 : 1;
-    qInstallMessageHandler(TellOfQt);
-    const QApplication application(count, arguments);
+    const char* const advice = options.screenshot ? "" : "; --screenshot needs none";
+    const std::unique_ptr<QApplication> application = MakeApplication(count, arguments, advice);
     InstallQtServices();
     map.MakeView();
     return options.screenshot ? TakePicture(options, map, scale) : OpenWindow(options, map, scale);

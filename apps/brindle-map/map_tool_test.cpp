@@ -4,6 +4,7 @@
 
 #include <QtGui/QImage>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -13,6 +14,7 @@
 namespace brindle::testing {
 namespace {
 
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
@@ -32,11 +34,12 @@ class MapTool : public ::testing::Test {
     void Write(const std::string& name, const std::string& text) const {
         std::ofstream(m_folder / name, std::ios::binary) << text;
     }
+    using Environment = decltype(ToolStart::environment);
     ToolResult Run(std::vector<std::string> arguments, const std::string& input = {},
-                   bool offscreen = false) const {
+                   const Environment& desktop = {}) const {
         ToolStart start{std::move(arguments), input, {{"HOME", m_folder.string()}}, OutputTo::kPipe};
         start.environment.emplace_back("LSAN_OPTIONS", "suppressions=" BRINDLE_LEAKS ":print_suppressions=0");
-        if (offscreen) start.environment.emplace_back("QT_QPA_PLATFORM", "offscreen");
+        start.environment.insert(start.environment.end(), desktop.begin(), desktop.end());
         return RunTool(start);
     }
     // A site with one lamp whose whole body is its device's state.
@@ -112,7 +115,7 @@ TEST_F(MapTool, ASiteWithoutARecordingHasAPictureToo) {
 
 TEST_F(MapTool, AWindowOpensAndCloses) {
     WriteSite();
-    const ToolResult result = Run({m_folder.string(), "--for", "1"}, {}, true);
+    const ToolResult result = Run({m_folder.string(), "--for", "1"}, {}, {{"QT_QPA_PLATFORM", "offscreen"}});
     EXPECT_EQ(result.code, 0) << result.err;
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err, "");
@@ -167,6 +170,39 @@ TEST_F(MapTool, TellsWhatItCannotDo) {
                 StartsWith("brindle-map: " + Path("broken.xml") + ":2"));
     Write("site.ini", "[Site]\n[Object o]\nBehaviours=b.xml\n");
     EXPECT_THAT(Run({m_folder.string(), "--screenshot", picture}).err, HasSubstr("names no \"Map\""));
+}
+
+TEST_F(MapTool, ADisplayThatCannotBeHadIsAnErrorAndNoCrash) {
+    WriteSite();
+    struct Row {
+        const char* label;
+        Environment desktop;
+        std::vector<std::string> arguments;
+        std::string error;
+    };
+    // No server has so large a number.
+    const std::vector<Row> rows = {
+        {"nobody serves it",
+         {{"DISPLAY", ":59535"}},
+         {},
+         "brindle-map: display: could not connect to display :59535; --screenshot needs none\n"},
+        {"no such kind",
+         {{"QT_QPA_PLATFORM", "none"}},
+         {"--for", "1"},
+         "plugin \"none\" in \"\"; --screenshot needs none\n"},
+        {"a picture needs none", {{"DISPLAY", ":59535"}}, {"--screenshot", Path("map.png")}, ""},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.label);
+        std::vector<std::string> arguments{m_folder.string()};
+        arguments.insert(arguments.end(), row.arguments.begin(), row.arguments.end());
+        const ToolResult result = Run(arguments, {}, row.desktop);
+        EXPECT_EQ(result.code, row.error.empty() ? 0 : 2);
+        EXPECT_EQ(result.out, "");
+        EXPECT_THAT(result.err, EndsWith(row.error));
+        EXPECT_TRUE(result.err.empty() || result.err.starts_with("brindle-map: display: "));
+        EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), row.error.empty() ? 0 : 1);
+    }
 }
 
 TEST_F(MapTool, WhatIsWrongInAMapIsToldAndTheRestIsShown) {

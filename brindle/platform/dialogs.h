@@ -45,7 +45,8 @@ class DialogEvents {
     virtual void OnCommand(unsigned control) = 0;
     // A control is about to be drawn; the context has the usual text colour, and what stands there afterwards is used.
     virtual void OnControlColour(CDC& context, HWND control, unsigned kind) = 0;
-    // The window went without Destroy: its owner did. Its handles are good no more; the receiver is not called again.
+    // The window went without Destroy: its owner did, or the desktop. Its handles are good no more; the receiver is not
+    // called again.
     virtual void OnGone() = 0;
 
   protected:

@@ -62,7 +62,8 @@ class BRINDLE_API CDialog : public CWnd {
     // A control is about to be drawn, with the context's text colour. Returns the brush of its ground; the base changes
     // nothing and returns the desktop's. Kinds: 1 edit, 2 list, 3 button, 6 static.
     virtual HBRUSH OnCtlColor(CDC* context, CWnd* control, unsigned int kind);
-    // The window and its controls are about to go, or went with their owner. Derived classes call the base's.
+    // The window and its controls are about to go, or went with their owner or the desktop. Derived classes call the
+    // base's.
     virtual void OnDestroy();
 
     unsigned int TemplateId() const noexcept { return m_template; }

@@ -31,7 +31,8 @@ CPoint Place(const QPoint& point) {
 
 }  // namespace
 
-SelectColourDialog::SelectColourDialog(QWidget* owner, std::uint32_t colour) : QColorDialog(owner) {
+SelectColourDialog::SelectColourDialog(QWidget* owner, std::uint32_t colour, const CustomColours& custom)
+    : QColorDialog(owner), m_loan(custom) {
     setOption(DontUseNativeDialog);
     setCurrentColor(ColourOf(colour));
     if (QPushButton* const own = ButtonOf(*this, "&Pick Screen Color")) own->hide();

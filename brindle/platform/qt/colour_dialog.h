@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "brindle/platform/dropper.h"
+#include "brindle/platform/qt/custom_colour_loan.h"
 #include "brindle/platform/qt/widget_text.h"
 
 class QPushButton;
@@ -20,7 +21,8 @@ constexpr unsigned kControlDropper = 10000;
 
 class SelectColourDialog final : public QColorDialog, private DropperHost {
   public:
-    SelectColourDialog(QWidget* owner, std::uint32_t colour);
+    // Borrows Qt's custom colours, which are `custom` until this goes.
+    SelectColourDialog(QWidget* owner, std::uint32_t colour, const CustomColours& custom = {});
     ~SelectColourDialog() override;
 
     bool IsDropping() const noexcept { return m_dropper.IsDropping(); }
@@ -43,6 +45,7 @@ class SelectColourDialog final : public QColorDialog, private DropperHost {
     std::uint32_t CurrentColour() override { return ReferenceOf(currentColor()); }
     void SetCurrentColour(std::uint32_t colour) override { setCurrentColor(ColourOf(colour)); }
 
+    CustomColourLoan m_loan;  // over before Qt's part of the dialog goes, which writes the colours to a file
     Dropper m_dropper{*this};
     QPushButton* m_addColour = nullptr;
     CDropperButton* m_button = nullptr;

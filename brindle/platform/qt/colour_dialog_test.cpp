@@ -10,9 +10,14 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QSpinBox>
+#include <array>
+#include <memory>
+#include <vector>
 
 #include "brindle/platform/fake/screen_pixels_fake.h"
 #include "brindle/platform/qt/colour_box_qt.h"
+#include "brindle/platform/qt/custom_colour_loan.h"
+#include "brindle/platform/qt/dialog_templates.h"
 #include "brindle/platform/qt/dialog_window.h"
 #include "brindle/platform/qt/dropper_button.h"
 #include "brindle/platform/qt/screen_pixels_qt.h"
@@ -66,28 +71,81 @@ class ColourDialog : public ::testing::Test {
     ScopedService<ScreenPixels> m_installed{&SetScreenPixels, m_pixels};
 };
 
-TEST_F(ColourDialog, LendsTheCustomColoursAndGivesBackTheProcesss) {
-    for (int i = 0; i < 16; ++i) QColorDialog::setCustomColor(i, QColor(i, 100, 200));
+CustomColours SixteenFrom(std::uint32_t first) {
     CustomColours custom;
-    for (std::size_t i = 0; i < custom.size(); ++i) custom[i] = static_cast<std::uint32_t>(0x400000 + i);
+    for (std::size_t i = 0; i < custom.size(); ++i) custom[i] = first + static_cast<std::uint32_t>(i);
+    return custom;
+}
+
+// Those of the whole process, and what stands of them in its file of settings.
+class ProcessColours {
+  public:
+    ProcessColours() {
+        for (int i = 0; i < 16; ++i) QColorDialog::setCustomColor(i, ColourOf(m_colours[Index(i)]));
+    }
+    void ExpectBack() const {
+        EXPECT_EQ(QtCustomColours(), m_colours);
+        QSettings settings(QSettings::UserScope, "QtProject");
+        for (int i = 0; i < 16; ++i) {
+            const QVariant kept = settings.value(QString("Qt/customColors/%1").arg(i));
+            EXPECT_TRUE(!kept.isValid() ||
+                        ReferenceOf(QColor::fromRgba(kept.toUInt())) == m_colours[Index(i)])
+                << i;
+        }
+    }
+
+  private:
+    static std::size_t Index(int i) { return static_cast<std::size_t>(i); }
+    const CustomColours m_colours = SixteenFrom(0xC86400);
+};
+
+TEST_F(ColourDialog, LendsTheCustomColoursAndGivesBackTheProcesss) {
+    const ProcessColours process;
+    CustomColours custom = SixteenFrom(0x400000);
     std::uint32_t colour = 0x332211;
     EXPECT_EQ(QColorDialog::customCount(), 16);
     Then([&] {
         auto* const dialog = Front<SelectColourDialog>();
         EXPECT_EQ(ReferenceOf(dialog->currentColor()), 0x332211u);
         EXPECT_TRUE(dialog->testOption(QColorDialog::DontUseNativeDialog));
-        for (int i = 0; i < 16; ++i)
-            EXPECT_EQ(ReferenceOf(QColorDialog::customColor(i)), 0x400000u + static_cast<unsigned>(i));
+        EXPECT_EQ(QtCustomColours(), SixteenFrom(0x400000));
         AddButton(*dialog)->click();
         PressBoxButton(QDialogButtonBox::Ok);
     });
     EXPECT_TRUE(QtColourBox().ChooseColour(nullptr, colour, custom));
     EXPECT_EQ(std::count(custom.begin(), custom.end(), 0x332211u), 1) << "the added one";
-    for (int i = 0; i < 16; ++i) EXPECT_EQ(QColorDialog::customColor(i), QColor(i, 100, 200)) << i;
-    QSettings settings(QSettings::UserScope, "QtProject");
-    for (int i = 0; i < 16; ++i) {
-        const QVariant kept = settings.value(QString("Qt/customColors/%1").arg(i));
-        EXPECT_TRUE(!kept.isValid() || QColor::fromRgba(kept.toUInt()) == QColor(i, 100, 200)) << i;
+    process.ExpectBack();
+}
+
+TEST_F(ColourDialog, GivesThemBackWhenItsOwnerGoesMeanwhile) {
+    const ProcessColours process;
+    CustomColours custom = SixteenFrom(0x400000);
+    std::uint32_t colour = 0x332211;
+    auto* const owner = new QWidget;
+    Then([&] {
+        AddButton(*Front<SelectColourDialog>())->click();
+        delete owner;
+    });
+    EXPECT_FALSE(QtColourBox().ChooseColour(HandleOf(owner), colour, custom));
+    EXPECT_EQ(colour, 0x332211u);
+    EXPECT_EQ(custom, SixteenFrom(0x400000));
+    process.ExpectBack();
+}
+
+TEST_F(ColourDialog, SeveralGiveThemBackInAnyOrder) {
+    const ProcessColours process;
+    for (const std::vector<std::size_t>& order :
+         {std::vector<std::size_t>{2, 1, 0}, {0, 1, 2}, {1, 0, 2}, {1, 2, 0}, {2, 0, 1}, {0, 2, 1}}) {
+        SCOPED_TRACE(::testing::PrintToString(order));
+        std::array<std::unique_ptr<SelectColourDialog>, 3> dialogs;
+        for (std::size_t i = 0; i < 3; ++i)
+            dialogs[i] = std::make_unique<SelectColourDialog>(
+                nullptr, 0, SixteenFrom(0x400000 + 0x100 * static_cast<std::uint32_t>(i)));
+        dialogs[order[0]].reset();
+        dialogs[order[1]].reset();
+        EXPECT_EQ(QtCustomColours(), SixteenFrom(0x400000 + 0x100 * static_cast<std::uint32_t>(order[2])));
+        dialogs[order[2]].reset();
+        process.ExpectBack();
     }
 }
 

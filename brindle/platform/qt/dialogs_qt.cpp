@@ -2,7 +2,7 @@
 //
 // Can: any template of the host. Cannot: make a window without a QApplication; then there is none. A window that is
 // destroyed while one of its own controls tells something goes when the event loop comes round, but is no window at
-// once. Tests: dialogs_qt_test.cpp.
+// once. Tests: dialogs_qt_test.cpp, shutdown_qt_test.cpp.
 #include "brindle/platform/qt/dialogs_qt.h"
 
 #include <QtCore/QHash>
@@ -77,6 +77,24 @@ void SetTextOf(QWidget* widget, const QString& text) {
     }
 }
 
+// No window outlives the application object; those that would are told that they are gone. Each may take others along.
+void DestroyWindows() {
+    const auto next = [] {
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        const auto found = std::find_if(windows.begin(), windows.end(), [](const QWidget* each) {
+            return dynamic_cast<const DialogWindow*>(each) != nullptr;
+        });
+        return found == windows.end() ? nullptr : *found;
+    };
+    while (QWidget* const window = next()) delete window;
+}
+
+// Qt forgets it with each application object.
+void DestroyWindowsWithTheApplication() {
+    qRemovePostRoutine(&DestroyWindows);
+    qAddPostRoutine(&DestroyWindows);
+}
+
 std::uint32_t Reference(QPalette::ColorRole role) {
     return ReferenceOf(QApplication::palette().color(QPalette::Active, role));
 }
@@ -108,6 +126,7 @@ class DialogsOnQt final : public Dialogs {
 HWND DialogsOnQt::Create(unsigned templateId, HWND owner, DialogEvents& events) {
     const FillDialog fill = Registry().templates.value(templateId);
     if (!WidgetsAvailable() || !fill) return nullptr;
+    DestroyWindowsWithTheApplication();
     QWidget* const parent = WidgetOf(owner);
     auto* const window = new DialogWindow(parent ? parent->window() : nullptr, events);
     fill(*window);

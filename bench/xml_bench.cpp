@@ -38,7 +38,7 @@ const std::string& Document() {
     return document;
 }
 
-void BM_Libxml2Parse(benchmark::State& state) {
+void XmlLibxmlParse(benchmark::State& state) {
     const std::string& xml = Document();
     for (auto _ : state) {
         xmlParserCtxt* context = xmlNewParserCtxt();
@@ -50,7 +50,7 @@ void BM_Libxml2Parse(benchmark::State& state) {
     }
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * xml.size()));
 }
-BENCHMARK(BM_Libxml2Parse)->Unit(benchmark::kMillisecond);
+BENCHMARK(XmlLibxmlParse)->Unit(benchmark::kMillisecond);
 
 void Read(XMLReader& reader, const char* name) {
     static std::string& text = *new std::string;
@@ -103,7 +103,7 @@ void Walk(XMLReader& reader) {
     if (behaviours != kBehaviours) std::abort();
 }
 
-void BM_ReaderLoadAndWalk(benchmark::State& state) {
+void XmlLoadAndWalk(benchmark::State& state) {
     const std::string& xml = Document();
     CStringA error;
     for (auto _ : state) {
@@ -113,9 +113,9 @@ void BM_ReaderLoadAndWalk(benchmark::State& state) {
     }
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * xml.size()));
 }
-BENCHMARK(BM_ReaderLoadAndWalk)->Unit(benchmark::kMillisecond);
+BENCHMARK(XmlLoadAndWalk)->Unit(benchmark::kMillisecond);
 
-void BM_ReaderLoadFileAndWalk(benchmark::State& state) {
+void XmlLoadFileAndWalk(benchmark::State& state) {
     const std::filesystem::path path = std::filesystem::temp_directory_path() / "brindle_xml_bench.xml";
     std::ofstream(path, std::ios::binary) << Document();
     CStringA error;
@@ -126,19 +126,19 @@ void BM_ReaderLoadFileAndWalk(benchmark::State& state) {
     }
     std::filesystem::remove(path);
 }
-BENCHMARK(BM_ReaderLoadFileAndWalk)->Unit(benchmark::kMillisecond);
+BENCHMARK(XmlLoadFileAndWalk)->Unit(benchmark::kMillisecond);
 
-void BM_ReaderLoadPositioned(benchmark::State& state) {
+void XmlLoadPositioned(benchmark::State& state) {
     brindle::Result result;
     for (auto _ : state) {
         XMLReader reader;
         if (!reader.LoadFromStringPositioned(Document().c_str(), result)) std::abort();
     }
 }
-BENCHMARK(BM_ReaderLoadPositioned)->Unit(benchmark::kMillisecond);
+BENCHMARK(XmlLoadPositioned)->Unit(benchmark::kMillisecond);
 
 // The walk alone, and the one that asks for the names of the children first: both linear in the children.
-void BM_WalkByChildNames(benchmark::State& state) {
+void XmlWalkByChildNames(benchmark::State& state) {
     std::string xml = "<L>";
     for (std::int64_t i = 0; i < state.range(0); ++i) xml += i % 2 ? "<A/>" : "<B/>";
     XMLReader reader;
@@ -152,6 +152,6 @@ void BM_WalkByChildNames(benchmark::State& state) {
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
-BENCHMARK(BM_WalkByChildNames)->Arg(1000)->Arg(100000);
+BENCHMARK(XmlWalkByChildNames)->Arg(1000)->Arg(100000);
 
 }  // namespace

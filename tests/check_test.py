@@ -277,6 +277,16 @@ class BinaryCheckTest(unittest.TestCase):
         self.assertEqual(code, 1)
         self.assertIn("no longer exported: Two(int)", output)
 
+    def test_exports_of_the_desktop_library(self):
+        self.build('__attribute__((visibility("default"))) int One(int a) { return a; }\n')
+        (self.root / "tools/exports.txt").write_text("One(int)\n")
+        shutil.copy(self.root / "lib/libbrindle.so", self.root / "lib/libbrindle-qt.so")
+        code, output = self.check("exports")
+        self.assertEqual(code, 1)
+        self.assertIn("tools/exports-qt.txt: error: newly exported: One(int)", output)
+        (self.root / "tools/exports-qt.txt").write_text("One(int)\n")
+        self.assertEqual(self.check("exports")[0], 0)
+
     def test_exports_want_key_functions(self):
         api = '__attribute__((visibility("default"))) '
         user = f"{api}C* Make%s() {{ return new C; }}\n"

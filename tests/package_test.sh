@@ -27,6 +27,8 @@ done
 for needed in libxml2 libsnmp40 libc6; do
     [[ $(field libbrindle1 Depends) == *"$needed "* ]] || fail "libbrindle1 does not ask for $needed"
 done
+[[ ! -e $build/lib/libbrindle-qt.so || $(field libbrindle-dev Recommends) == qt6-base-dev ]] ||
+    fail "libbrindle-dev recommends $(field libbrindle-dev Recommends)"
 [[ $(field libbrindle1 Depends)$(field brindle-tools Depends) != *libqt* ]] || fail "a headless host would get Qt"
 
 # dpkg itself unpacks them, as root. The system's own packages are not in the folder, so dependencies are not asked and

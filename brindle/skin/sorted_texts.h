@@ -1,5 +1,5 @@
 // SortedTexts: texts by name in the byte order of the names, all in one piece of memory. Names compare byte by byte
-// and case counts.
+// and case counts. Thread: a value type without shared state.
 #pragma once
 
 #include <algorithm>
@@ -16,6 +16,7 @@ namespace brindle {
 // sorted once; between the two nothing else may be called.
 class SortedTexts {
   public:
+    // One text and its name.
     struct Entry {
         CStringA name;
         CStringA value;

@@ -14,7 +14,7 @@ sys.path.insert(0, str(ROOT / "tools"))
 from mutation import find, plant  # noqa: E402
 
 SOURCE = """extern "C" int puts(const char*);
-constexpr int kTwo = 1 + 1;
+consteval int Two() { return 1 + 1; } constexpr int kTwo = Two();
 struct Text {
     char bytes[8] = {};
     int size = 0;

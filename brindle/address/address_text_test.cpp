@@ -137,6 +137,8 @@ TEST(AddressText, Rows) {
         {"empty", "", "no 0 0 0"},
         {"one colon", "1:2", "no 0 0 0"},
         {"no colon", "123", "no 0 0 0"},
+        {"blanks for colons", "1 2 3", "no 0 0 0"},
+        {"dashes for colons", "1-2-3", "no 0 0 0"},
         {"comma before the second colon", "1:2,:3", "no 0 0 0"},
         {"comma first", ",1:2:3", "no 0 0 0"},
         {"three colons alone: the port text is one", ":::", "no 0? 0? 0"},

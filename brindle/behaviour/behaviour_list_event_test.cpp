@@ -71,6 +71,16 @@ TEST_F(EventTest, AsksEnabledBehavioursInOrder) {
     EXPECT_EQ(order, "?aa?cc");
 }
 
+TEST_F(EventTest, PassesOverATriggerThatIsNull) {
+    ProbeList list;
+    const Rule rule = MakeRule(2);
+    rule.behaviour->AddTrigger(nullptr);
+    list.Add(rule.behaviour);
+    list.Execute(new ProbeEvent, nullptr);
+    EXPECT_EQ(rule.trigger->tests, 1);
+    EXPECT_EQ(rule.action->runs, 1);
+}
+
 TEST_F(EventTest, TestsDisabledTriggersWithoutActingOnThem) {
     ProbeList list;
     const Rule rule = AddRule(list, 2);

@@ -32,6 +32,14 @@ TEST_F(TriggerListTest, ShowsItsTriggersInOrder) {
     EXPECT_EQ(list.GetNextChild(position), nullptr);
 }
 
+TEST_F(TriggerListTest, AssignmentCopiesTheFlag) {
+    CCommandTriggerList source;
+    source.SetEnabled(false);
+    CCommandTriggerList list;
+    list = source;
+    EXPECT_FALSE(list.IsEnabled());
+}
+
 TEST_F(TriggerListTest, IsNoTriggerAndNotShown) {
     CCommandTriggerList list;
     static_assert(std::is_base_of_v<CCommandTreeItem, CCommandTriggerList>);

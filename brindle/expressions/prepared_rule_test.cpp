@@ -48,6 +48,7 @@ TEST(PreparedRule, FaultsHaveTheirPlace) {
         const PreparedRule rule{CStringA(row.rule)};
         EXPECT_EQ(rule.Conversion().text, row.conversion);
         EXPECT_EQ(rule.Structure().text, row.structure);
+        EXPECT_EQ(rule.Structure().line, rule.Structure().ok() ? 0u : 1u);
         EXPECT_EQ(rule.Structure().column, row.column);
         EXPECT_EQ(rule.Conversion().ok(), *row.conversion == '\0');
         Literal result("untouched");

@@ -19,7 +19,7 @@ constexpr bool IsSkipped(char c) noexcept {
     return static_cast<signed char>(c) < 32;
 }
 
-constexpr std::array<std::uint8_t, 256> MakeOperatorTable() noexcept {
+consteval std::array<std::uint8_t, 256> MakeOperatorTable() noexcept {
     std::array<std::uint8_t, 256> table{};
     table['&'] = Operator::And;
     table['|'] = Operator::Or;
@@ -37,7 +37,7 @@ constexpr std::array<std::uint8_t, 256> MakeOperatorTable() noexcept {
 constexpr std::array<std::uint8_t, 256> kOperatorTable = MakeOperatorTable();
 
 // Characters that mean nothing inside an operand: no operator, parenthesis or quote, and not skipped.
-constexpr std::array<bool, 256> MakePlainTable() noexcept {
+consteval std::array<bool, 256> MakePlainTable() noexcept {
     std::array<bool, 256> table{};
     for (unsigned byte = 32; byte < 128; ++byte)
         table[byte] = kOperatorTable[byte] == 0 && byte != '(' && byte != ')' && byte != '"';

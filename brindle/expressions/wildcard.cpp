@@ -13,7 +13,7 @@ namespace {
 
 enum CharacterKind : char { kOrdinary, kPercent, kSpecial };
 
-constexpr std::array<CharacterKind, 256> MakeKinds() noexcept {
+consteval std::array<CharacterKind, 256> MakeKinds() noexcept {
     std::array<CharacterKind, 256> table{};
     for (const char c : std::string_view("\\.*+?()[]{}^$|")) table[static_cast<unsigned char>(c)] = kSpecial;
     table['%'] = kPercent;

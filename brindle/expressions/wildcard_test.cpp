@@ -61,6 +61,10 @@ TEST(Wildcard, PlainPatterns) {
         {std::string(20, 'a') + "b", "%" + std::string(20, 'a') + "b%b%", kNo},
         {std::string(20, 'a') + "bb", "%" + std::string(20, 'a') + "b%b%", kYes},
         {"xabcabcabcabcabcabcabdx", "%abcabcabcabcabcabd%", kYes},
+        {"aabab" + std::string(17, 'c'), "%aab" + std::string(17, 'c') + "%", kNo},
+        {"aabaab" + std::string(17, 'c'), "%aab" + std::string(17, 'c') + "%", kYes},
+        {"ab", "a%b%b", kNo},
+        {"abb", "a%b%b", kYes},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE("\"" + row.text + "\" = \"" + row.pattern + "\"");
@@ -185,6 +189,7 @@ TEST(Wildcard, PatternLanguage) {
         {"-", "[\\d-x]", kYes},
         {"-", "[x-\\d]", kYes},
         {"\r", "[\\n]", kYes},
+        {"\n", "[\\n]", kYes},
         {"w", "[\\w]", kYes},
         {"3", "[\\z]", kYes},
         {"q", "[\\q]", kYes},
@@ -202,6 +207,7 @@ TEST(Wildcard, PatternLanguage) {
         {"-", "\\W", kYes},
         {"\t\v\f\r" + kZero, "\\t\\v\\f\\r\\0", kYes},
         {"A\xFF", "\\x41\\u00ff", kYes},
+        {"\xAA\xFA", "\\xaa\\xFA", kYes},
         {"A", "\\x4", kNone},
         {"A", "\\xg1", kNone},
         {"A", "\\u0141", kNone},

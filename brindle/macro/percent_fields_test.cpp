@@ -8,10 +8,12 @@
 #include <string>
 
 #include "brindle/address/address_ov.h"
+#include "brindle/macro/command_line.h"
 #include "brindle/macro/date_tokens.h"
 #include "brindle/macro/recording_data_test.h"
 #include "brindle/platform/fake/clock_fake.h"
 #include "brindle/platform/service.h"
+#include "brindle/settings/line_limit.h"
 #include "testing/slow_format.h"
 
 namespace {
@@ -118,6 +120,21 @@ TEST_F(RandomFormat, EveryPrefixAgreesWithTheChain) {
         Compare(whole.substr(0, length), MakeCase());
         Compare(whole.substr(length), MakeCase());
         if (HasFatalFailure()) return;
+    }
+}
+
+// Both ways, in one pass and, for what holds a control character of the marker, by the chain.
+TEST(PercentFields, FillALineUpToItsLimit) {
+    const std::string fits(brindle::kLineLimit - 1, 'x');
+    const std::string over = fits + "x";
+    for (const std::string before : {"a", "\x03"}) {
+        SCOPED_TRACE(before == "a" ? "one pass" : "chain");
+        CStringA line = (before + "%c").c_str();
+        FormatCommandLine(line, nullptr, nullptr, fits.c_str(), nullptr, nullptr, 0);
+        EXPECT_TRUE(line.view() == before + fits) << line.GetLength();
+        line = (before + "%c").c_str();
+        FormatCommandLine(line, nullptr, nullptr, over.c_str(), nullptr, nullptr, 0);
+        EXPECT_TRUE(line.view() == before + "%c") << line.GetLength();
     }
 }
 

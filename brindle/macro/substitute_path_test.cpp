@@ -163,6 +163,12 @@ TEST_F(SubstitutePaths, TheFirstCandidateThatExistsWins) {
     }
 }
 
+TEST_F(SubstitutePaths, TheShortFormHasNoNumbers) {
+    char out[20] = "";
+    GetSubstitutePath("%n %q", out, sizeof out, 0, nullptr, "", "", "", "", 0, nullptr, true);
+    EXPECT_STREQ(out, "%n %q");
+}
+
 TEST_F(SubstitutePaths, CutsToTheBuffer) {
     Ini("LIB=C:\\A");
     for (int size = 1; size < 10; ++size) {
@@ -303,6 +309,8 @@ TEST_F(SubstitutePaths, ResolveHashFieldsFormatsFirst) {
     EXPECT_EQ(data.calls, "x@0000:00:00;");
     ResolveHashFields("%c %i %s", out);
     EXPECT_EQ(out, " 0 Black") << "absent at first, then empty";
+    ResolveHashFields("%%%%", out);
+    EXPECT_EQ(out, "%") << "formatted twice";
     CStringA both = "$A$/#x#";
     ResolveHashFields(both, both);
     EXPECT_EQ(both, "/b/<x>");

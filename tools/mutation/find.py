@@ -77,6 +77,8 @@ class Finder:
             self.walk(child, cursor)
 
     def is_constant(self, cursor):
+        if cursor.kind == K.FUNCTION_DECL:
+            return re.match(r"(static |inline )*consteval ", self.source(self.span(cursor))) is not None
         if cursor.kind != K.VAR_DECL:
             return False
         return re.search(r"\bconst(expr|init)\b", self.source(self.span(cursor))) is not None

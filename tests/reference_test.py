@@ -60,6 +60,12 @@ class ReferenceTest(unittest.TestCase):
         for page in ("index.html", "classCCommandBehaviourList.html", "classOV_1_1Text.html", "string__a_8h.html"):
             self.assertIn(page, pages)
 
+    def test_what_private_headers_export_has_words(self):
+        names = reference.exporting(ROOT)
+        self.assertIn("brindle/platform/files.h", names)
+        self.assertNotIn("brindle/platform/clock.h", names)  # is public
+        self.assertEqual(reference.make(ROOT, self.root / "html", names), [])
+
     def test_words_arrive(self):
         warnings, page = self.make(HEADER)
         self.assertEqual(warnings, [])

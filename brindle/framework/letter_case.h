@@ -16,11 +16,13 @@ enum class LetterCaseRule { kWindows1252, kAsciiOnly };
 // Chooses the rule and returns the one chosen before. Windows-1252 is in place without any call.
 BRINDLE_API LetterCaseRule SetLetterCaseRule(LetterCaseRule rule) noexcept;
 
+// The character in that case by the rule in place; what has no other case stays.
 BRINDLE_API char ToUpper(char character) noexcept;
 BRINDLE_API char ToLower(char character) noexcept;
 
 // Compares the lower-case forms as unsigned bytes: negative, 0 or positive. Zero bytes count as bytes.
 BRINDLE_API int CompareNoCase(std::string_view a, std::string_view b) noexcept;
+// Whether the lower-case forms are the same bytes, or begin with the same.
 BRINDLE_API bool EqualNoCase(std::string_view a, std::string_view b) noexcept;
 BRINDLE_API bool StartsWithNoCase(std::string_view text, std::string_view start) noexcept;
 

@@ -1,5 +1,5 @@
 // What every backend provides: its own services, in place without any call. Exactly one backend is
-// linked.
+// linked. Thread: any.
 #pragma once
 
 #include "brindle/platform/clock.h"
@@ -10,6 +10,7 @@
 
 namespace brindle {
 
+// Each is the same object at every call and is never destroyed.
 Clock& BackendClock() noexcept;
 CodePage& BackendCodePage() noexcept;
 BRINDLE_API Desktop& BackendDesktop() noexcept;

@@ -31,10 +31,12 @@ class CodePage {
     ~CodePage() = default;  // never destroyed through this interface
 };
 
+// The service in place.
 BRINDLE_API CodePage& CurrentCodePage() noexcept;
 // Installs a service (not owned; null: the backend's again). Returns the one installed before, or null.
 CodePage* SetCodePage(CodePage* service) noexcept;
 
+// By the service in place, as its AppendUtf8 and AppendBytes.
 BRINDLE_API std::string ToUtf8(std::string_view bytes);
 std::string FromUtf8(std::string_view utf8);
 

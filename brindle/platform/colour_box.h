@@ -24,6 +24,7 @@ class ColourBox {
     ~ColourBox() = default;  // never destroyed through this interface
 };
 
+// The service in place; without a desktop one that chooses nothing.
 BRINDLE_API ColourBox& CurrentColourBox() noexcept;
 // Installs a service (not owned; it must outlive its use; null: none again). Returns the one installed before, or
 // null.

@@ -53,6 +53,7 @@ class DialogEvents {
     ~DialogEvents() = default;  // never destroyed through this interface
 };
 
+// One page of a sheet.
 struct SheetPage {
     HWND window = nullptr;  // made by Create without an owner; destroyed by its maker, after the run
     std::string caption;    // empty: the template's
@@ -63,8 +64,8 @@ class SheetEvents {
   public:
     virtual bool OnLeave(std::size_t page) = 0;  // false: the page stays in front
     virtual void OnEnter(std::size_t page) = 0;  // also of the first page
-    virtual bool OnApply() = 0;  // OK or Apply, after OnLeave agreed; false: the sheet stays open
-    virtual void OnCancelled() = 0;
+    virtual bool OnApply() = 0;      // OK or Apply, after OnLeave agreed; false: the sheet stays open
+    virtual void OnCancelled() = 0;  // the sheet was cancelled or closed
 
   protected:
     ~SheetEvents() = default;

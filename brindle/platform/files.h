@@ -40,6 +40,7 @@ class KeptDirectory {
 
 class Files {
   public:
+    // Whether the path names a file or a folder.
     virtual bool Exists(std::string_view hostPath) = 0;
     // The whole file into `bytes`. Fails, `bytes` unchanged, when it cannot be opened or holds more than
     // `limit` bytes; never reads beyond the limit.
@@ -49,14 +50,15 @@ class Files {
     // ends in the middle leaves the old file and at most one temporary one, ".brindle-PID-NUMBER.tmp", which
     // hinders nobody and may be deleted.
     virtual Result WriteWhole(std::string_view hostPath, std::string_view bytes) = 0;
-    // Adds to the end of the file, which is made when missing, all or nothing. A file that is longer than
+    // Adds to the end of the file, which is made when missing; a failure adds nothing. A file that is longer than
     // `emptyBeyond` bytes is emptied first. Texts of several processes do not mix, and none is lost: where another
     // program keeps the file locked, this waits up to two seconds and then adds without emptying.
     virtual Result Append(std::string_view hostPath, std::string_view bytes, std::uint64_t emptyBeyond) = 0;
     // Reads the whole file, has `edit` change its bytes and writes them as WriteWhole does; nothing is written
     // when `edit` answers false. A missing file is an empty one with `exists` false; one that differs in letter
     // case only is the file. Meanwhile no other Update of a file in that folder runs, in this process or any
-    // other on the machine; waits for them up to two seconds. `edit` must not call this service.
+    // other on the machine; waits for them up to two seconds. A failure leaves the file as it was. `edit` must not
+    // call this service.
     using Edit = std::function<bool(std::string& bytes, bool exists)>;
     virtual Result Update(std::string_view hostPath, std::uint64_t limit, const Edit& edit) = 0;
     // False, `stamp` unchanged, when there is no such regular file.
@@ -65,6 +67,7 @@ class Files {
     virtual bool IsFolder(std::string_view hostPath) = 0;
     // The current directory as a host path. Empty when it is gone.
     virtual std::string CurrentDirectory() = 0;
+    // A failure changes nothing.
     virtual Result SetCurrentDirectory(std::string_view hostPath) = 0;
     // Remembers the current directory.
     virtual std::unique_ptr<KeptDirectory> KeepDirectory() = 0;
@@ -78,6 +81,7 @@ class Files {
     ~Files() = default;  // never destroyed through this interface
 };
 
+// The service in place.
 BRINDLE_API Files& CurrentFiles() noexcept;
 // Installs a service (not owned; null: the backend's again). Returns the one installed before, or null.
 Files* SetFiles(Files* service) noexcept;

@@ -24,9 +24,10 @@ constexpr std::uint32_t kMostImageFrames = 10'000;
 constexpr int kMostJpegScans = 100;  // each makes the decoder go through the whole picture
 
 enum class ImageKind { kPng, kGif, kJpeg, kBmp, kIcon };
-// "PNG" ...
+// "PNG" ...; never null, a constant that is valid until the process ends.
 const char* ImageKindName(ImageKind kind) noexcept;
 
+// What a picture file says of itself.
 struct ImageHeader {
     ImageKind kind = ImageKind::kPng;
     std::uint32_t width = 0;  // 1 to kLargestImageSide, as the height

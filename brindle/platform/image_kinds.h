@@ -1,5 +1,5 @@
 // The scans of each kind of picture file; image_header.h is the door to them. Each is given bytes that begin as its
-// kind does, and fills in the size; limits of size are the caller's business. Internal.
+// kind does, and fills in the size; limits of size are the caller's business. Internal; any thread.
 #pragma once
 
 #include <string>
@@ -9,6 +9,7 @@
 
 namespace brindle {
 
+// A failure is told as ImageFault does; `header` then holds anything.
 Result ScanPng(std::string_view bytes, ImageHeader& header);
 Result ScanJpeg(std::string_view bytes, ImageHeader& header);
 Result ScanBmp(std::string_view bytes, ImageHeader& header);
@@ -18,9 +19,9 @@ Result ScanIcon(std::string_view bytes, ImageHeader& header);
 // thousand times their size are left out.
 BRINDLE_API std::string PngEssentials(std::string_view bytes);
 
-// "PNG picture: WHAT".
+// The failure with the text "PNG picture: WHAT".
 BRINDLE_API Result ImageFault(ImageKind kind, ErrorCode code, std::string_view what);
-// The one fault every kind has.
+// The one failure every kind has.
 Result ImageEndsEarly(ImageKind kind);
 
 constexpr std::string_view kPngStart = "\x89PNG\r\n\x1A\n";

@@ -32,6 +32,7 @@ class Images {
     ~Images() = default;  // never destroyed through this interface
 };
 
+// The service in place; without a desktop one that decodes nothing.
 BRINDLE_API Images& CurrentImages() noexcept;
 // Installs a service (not owned; null: none again). Returns the one installed before, or null.
 BRINDLE_API Images* SetImages(Images* service) noexcept;

@@ -16,6 +16,7 @@ class Screen {
     ~Screen() = default;  // never destroyed through this interface
 };
 
+// The service in place.
 BRINDLE_API Screen& CurrentScreen() noexcept;
 // Installs a screen (not owned; it must outlive its use; null: none again). Returns the one installed before, or
 // null.

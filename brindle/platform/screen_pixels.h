@@ -21,6 +21,7 @@ class ScreenPixels {
     ~ScreenPixels() = default;  // never destroyed through this interface
 };
 
+// The service in place; without a desktop one that reads nothing.
 BRINDLE_API ScreenPixels& CurrentScreenPixels() noexcept;
 // Installs a service (not owned; it must outlive its use; null: none again). Returns the one installed before, or
 // null.

@@ -12,6 +12,7 @@ namespace brindle {
 
 class BRINDLE_API TimerQueue {
   public:
+    // As in UiTimer, but for the present time, which the caller says. Targets stay their owners'.
     void Start(UiTimerTarget& target, std::uint64_t id, std::uint32_t milliseconds, std::uint64_t now);
     void Stop(const UiTimerTarget& target, std::uint64_t id) noexcept;
     void StopAll(const UiTimerTarget& target) noexcept;
@@ -40,7 +41,7 @@ class BRINDLE_API TimerQueue {
 };
 
 // The calling thread's queue, one whatever loop runs it. It is there while it has timers, so that nothing is left to
-// the end of the thread.
+// the end of the thread, whose it stays.
 BRINDLE_API TimerQueue* ThreadTimers() noexcept;  // null: none
 TimerQueue& MakeThreadTimers();
 BRINDLE_API void DropThreadTimersAtRest() noexcept;

@@ -13,8 +13,10 @@
 
 namespace brindle {
 
+// What is told of ticks.
 class UiTimerTarget {
   public:
+    // The timer `id` is due.
     virtual void OnTick(std::uint64_t id) = 0;
 
   protected:
@@ -37,6 +39,7 @@ class UiTimer {
 // What the linked backend provides.
 BRINDLE_API UiTimer& BackendUiTimer() noexcept;
 
+// The service in place.
 BRINDLE_API UiTimer& CurrentUiTimer() noexcept;
 // Installs a service (not owned; null: the backend's again). Returns the one installed before, or null.
 BRINDLE_API UiTimer* SetUiTimer(UiTimer* service) noexcept;

@@ -200,6 +200,8 @@ class SaveFaultsTest : public ::testing::Test {
         }
     }
 
+    brindle::Result m_result;
+
   private:
     fs::path m_folder = fs::path(::testing::TempDir()) / ("save_faults_" + std::to_string(getpid()));
     fs::path m_target;
@@ -261,6 +263,63 @@ TEST_F(SaveFaultsTest, AppendedLines) {
     const FailingSystemCalls failing(1, SystemFault::kFullDisk);
     EXPECT_FALSE(append.save(Path()));
     EXPECT_EQ(Bytes(Path()), append.old);
+}
+
+// The first call of that name fails; false when the work makes none.
+bool FailsAt(const char* call, int error, const std::function<void()>& work) {
+    for (std::uint64_t n = 1; n < 20; ++n) {
+        const FailingSystemCalls failing(n, SystemFault::kError, error);
+        work();
+        if (!FailingSystemCalls::Happened()) return false;
+        if (std::string(FailingSystemCalls::Call()) == call) return true;
+    }
+    return false;
+}
+
+TEST_F(SaveFaultsTest, ErrorsOfTheSystemHaveTheirWords) {
+    using brindle::ErrorCode;
+    struct Row {
+        int error;
+        ErrorCode code;
+        const char* words;
+    };
+    const Row rows[] = {{ENOENT, ErrorCode::kNotFound, "no such file or folder"},
+                        {ENOTDIR, ErrorCode::kNotFound, "no such file or folder"},
+                        {EACCES, ErrorCode::kAccess, "access denied"},
+                        {EPERM, ErrorCode::kAccess, "access denied"},
+                        {EROFS, ErrorCode::kAccess, "read-only file system"},
+                        {EISDIR, ErrorCode::kAccess, "is a folder"},
+                        {ELOOP, ErrorCode::kFailed, "too many links in the path"},
+                        {ENAMETOOLONG, ErrorCode::kInvalidArgument, "name too long"},
+                        {ENOSPC, ErrorCode::kFailed, "disk full"},
+                        {EDQUOT, ErrorCode::kFailed, "disk full"},
+                        {EFBIG, ErrorCode::kLimit, "file too large"},
+                        {EIO, ErrorCode::kFailed, "input/output error"},
+                        {ENODEV, ErrorCode::kFailed, "system error 19"}};
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.words);
+        Prepare(Start::kExisting, "old");
+        brindle::Result result;
+        const auto append = [&] { result = brindle::CurrentFiles().Append(Path(), "line", 1'000); };
+        ASSERT_TRUE(FailsAt("open", row.error, append));
+        EXPECT_EQ(result.code, row.code);
+        EXPECT_EQ(result.text, Path() + ": " + row.words);
+    }
+}
+
+// A log on a file system without locks is written all the same.
+TEST_F(SaveFaultsTest, AppendsWhereThereAreNoLocks) {
+    const auto append = [this] { m_result = brindle::CurrentFiles().Append(Path(), "line\n", 1'000); };
+    for (const int error : {ENOLCK, ENOTSUP, EINVAL, EBADF}) {
+        SCOPED_TRACE(error);
+        Prepare(Start::kExisting, "old\n");
+        ASSERT_TRUE(FailsAt("flock", error, append));
+        EXPECT_TRUE(m_result.ok()) << m_result.text;
+        EXPECT_TRUE(Bytes(Path()).ends_with("line\n"));
+    }
+    Prepare(Start::kExisting, "old\n");
+    ASSERT_TRUE(FailsAt("flock", EIO, append));
+    EXPECT_EQ(m_result.text, Path() + ": input/output error");
 }
 
 }  // namespace

@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <stdexcept>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "brindle/behaviour/action_selection.h"
@@ -107,6 +109,52 @@ TEST(MenuInterfaces, SlotsStandInTheirOrder) {
     EXPECT_TRUE(std::is_abstract_v<Client> && std::is_abstract_v<MenuLoader>);
     EXPECT_TRUE(std::has_virtual_destructor_v<Client> && std::has_virtual_destructor_v<MenuLoader>);
     EXPECT_TRUE(std::is_copy_assignable_v<Client> && std::is_copy_assignable_v<MenuLoader>);
+}
+
+// What a host supplies, with a value of its own.
+struct HostClient final : ControlMenuClientBase {
+    explicit HostClient(const char* name) : caption(name) {}
+    CStringA GetClientCaption() const override { return caption; }
+    brindle::eHostType GetClientHostType() const override { return CCommandTrigger::eHostButton; }
+    bool GetClientAddress(FullAddress_t&) const override { return false; }
+    CCommandBehaviourList* GetClientBehaviours() override { return nullptr; }
+    const VariableManager* GetClientVariables() const override { return nullptr; }
+    bool IsMenuCommandEnabled(unsigned long) const override { return true; }
+    void OnMenuCommand(unsigned long) override {}
+    void OnMenuClosed() override {}
+    CStringA caption;
+};
+struct HostMenus final : MenuLoader {
+    bool LoadMenus(const char*) override { return ++menus > 0; }
+    void ClearMenus() override { menus = 0; }
+    int GetMenuCount() const override { return menus; }
+    CStringA GetMenuName(int) const override { return ""; }
+    int FindMenu(const char*) const override { return -1; }
+    int GetItemCount(int) const override { return 0; }
+    CStringA GetItemText(int, int) const override { return ""; }
+    CStringA GetItemCommandLine(int, int) const override { return ""; }
+    unsigned long GetItemCommand(int, int) const override { return 0; }
+    bool ShowMenu(int, ControlMenuClientBase&) override { return false; }
+    int menus = 0;
+};
+
+TEST(MenuInterfaces, HostsDeriveCopyAndDestroyThroughThem) {
+    HostClient button("Button");
+    HostClient meter(button);
+    EXPECT_EQ(meter.caption, "Button");
+    meter = HostClient("Meter");
+    EXPECT_EQ(meter.caption, "Meter");
+    auto menus = std::make_unique<HostMenus>();
+    EXPECT_TRUE(menus->LoadMenus("menus.ini"));
+    auto copy = std::make_unique<HostMenus>(*menus);
+    menus->ClearMenus();
+    EXPECT_EQ(copy->GetMenuCount(), 1);
+    *copy = *menus;
+    EXPECT_EQ(copy->GetMenuCount(), 0);
+    const std::unique_ptr<MenuLoader> loader = std::move(copy);
+    const std::unique_ptr<ControlMenuClientBase> client = std::make_unique<HostClient>("Map");
+    EXPECT_EQ(client->GetClientCaption(), "Map");
+    EXPECT_FALSE(loader->ShowMenu(0, *client));
 }
 
 TEST(CallOnTimer, TakesEndedProgramsAway) {

@@ -68,6 +68,8 @@ TEST(FormatText, Integers) {
         {"long", F("%ld %lu", -5L, 5UL), "-5 5"},
         {"long long", F("%lld %llu", -5LL, 18446744073709551615ULL), "-5 18446744073709551615"},
         {"j, z, t", F("%jd %zu %td", std::intmax_t{-1}, std::size_t{2}, std::ptrdiff_t{-3}), "-1 2 -3"},
+        {"unsigned j", F("%ju %jx", std::uintmax_t{18446744073709551615U}, std::uintmax_t{255}),
+         "18446744073709551615 ff"},
         {"colour", F("#%06X", 0xFFu), "#0000FF"},
     };
     Expect(rows);

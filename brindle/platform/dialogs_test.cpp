@@ -52,6 +52,11 @@ TEST(NoDialogs, MakesNoWindowAndKnowsTheUsualColours) {
     EXPECT_EQ(none.SystemColour(kColourButtonHighlight), 0xFFFFFFu);
     EXPECT_EQ(none.SystemColour(kColourDarkShadow), 0x696969u);
     EXPECT_EQ(none.Caption(1), "");
+    EXPECT_EQ(none.Control(nullptr, 1), nullptr);
+    EXPECT_EQ(none.Text(nullptr), "");
+    EXPECT_FALSE(none.IsEnabled(nullptr));
+    EXPECT_FALSE(none.IsChecked(nullptr));
+    EXPECT_EQ(none.ControlBrush(kColourButtonFace), nullptr);
     FakeDialogs fake;
     {
         const ScopedService<Dialogs> installed(&SetDialogs, fake);

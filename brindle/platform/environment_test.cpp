@@ -1,9 +1,11 @@
 // The environment's contract, over the system's service and the fake one; and what the backend says of itself.
 #include "brindle/platform/environment.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <unistd.h>
 
 #include "brindle/platform/backend_info.h"
 #include "brindle/platform/fake/environment_fake.h"
@@ -146,6 +148,48 @@ TEST(Environment, IsTheBackendsUntilAnotherIsInstalled) {
         EXPECT_EQ(&CurrentEnvironment(), &fake);
     }
     EXPECT_EQ(&CurrentEnvironment(), &BackendEnvironment());
+}
+
+// Standard input is put in place of another stream while the object lives.
+class StandardInput {
+  public:
+    explicit StandardInput(int stream) : m_before(::dup(STDIN_FILENO)) {
+        EXPECT_EQ(stream < 0 ? ::close(STDIN_FILENO) : ::dup2(stream, STDIN_FILENO), 0);
+    }
+    StandardInput(const StandardInput&) = delete;
+    StandardInput& operator=(const StandardInput&) = delete;
+    ~StandardInput() {
+        m_before < 0 ? ::close(STDIN_FILENO) : ::dup2(m_before, STDIN_FILENO);
+        ::close(m_before);
+    }
+
+  private:
+    int m_before;
+};
+
+TEST(Environment, KnowsTerminals) {
+    Environment& environment = BackendEnvironment();
+    int pipe[2];
+    ASSERT_EQ(::pipe(pipe), 0);
+    {
+        const StandardInput none(pipe[0]);
+        EXPECT_FALSE(environment.IsTerminal(StandardStream::kInput));
+    }
+    {
+        const StandardInput closed(-1);
+        EXPECT_FALSE(environment.IsTerminal(StandardStream::kInput));
+    }
+    ::close(pipe[0]);
+    ::close(pipe[1]);
+    EXPECT_EQ(environment.IsTerminal(StandardStream::kOutput), ::isatty(STDOUT_FILENO) == 1);
+    EXPECT_EQ(environment.IsTerminal(StandardStream::kError), ::isatty(STDERR_FILENO) == 1);
+    const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
+    if (terminal < 0) GTEST_SKIP() << "this system gives no terminal";
+    {
+        const StandardInput there(terminal);
+        EXPECT_TRUE(environment.IsTerminal(StandardStream::kInput));
+    }
+    ::close(terminal);
 }
 
 TEST(BackendInfo, NamesEveryServiceAndTheLoadedLibraries) {

@@ -146,6 +146,7 @@ TEST(ImageHeader, Jpeg) {
          "JPEG 8x8"},
         {"a thumbnail in a segment does not end it", "\xFF\xD8\xFF\xE1\0\6\xFF\xD8\xFF\xD9"s + jpeg.substr(2),
          "JPEG 8x8"},
+        {"marks that stand alone have no size", "\xFF\xD8\xFF\x01\xFF\xD7"s + jpeg.substr(2), "JPEG 8x8"},
         {"100 scans", jpeg.substr(0, jpeg.size() - 2) + scans + "\xFF\xD9", "JPEG 8x8"},
         {"101 scans", jpeg.substr(0, jpeg.size() - 2) + scans + scanPart + "\xFF\xD9",
          "JPEG picture: has more than 100 scans"},

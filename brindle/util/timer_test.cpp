@@ -162,6 +162,9 @@ TEST_F(TimerTest, MessagesAreRoutedThroughTheMap) {
     EXPECT_FALSE(timer.SendMessage(1, 0));
     CWnd plain;
     EXPECT_FALSE(plain.SendMessage(CWnd::kTimerMessage, 42));
+    EXPECT_EQ(plain.GetRuntimeClass(), CWnd::GetThisClass());
+    CTimer idle;
+    EXPECT_TRUE(idle.SendMessage(CWnd::kTimerMessage, 42)) << "taken, and nothing done with it";
 }
 
 TEST_F(TimerTest, RunTimeClass) {

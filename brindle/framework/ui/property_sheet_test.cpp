@@ -151,6 +151,9 @@ TEST(PropertyPageClasses, AreKnownByName) {
     COlePropertyPage ole(1, 2);
     EXPECT_STREQ(ole.GetRuntimeClass()->m_lpszClassName, "COlePropertyPage");
     EXPECT_EQ(CRuntimeClass::FromName("CPropertySheet"), CPropertySheet::GetThisClass());
+    const CPropertySheet sheet("Sheet");
+    EXPECT_EQ(sheet.GetRuntimeClass(), CPropertySheet::GetThisClass());
+    EXPECT_TRUE(sheet.IsKindOf(RUNTIME_CLASS(CWnd)));
     EXPECT_EQ(COlePropertyPage::GetThisClass()->m_pBaseClass, CPropertyPage::GetThisClass());
 }
 

@@ -7,6 +7,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -147,6 +148,47 @@ TEST_F(InotifyTest, AwaitsADirectoryWhoseParentsAreGone) {
     fs::remove(m_root / "a");
     fs::create_directories(m_root / "a" / "b");
     ASSERT_EQ(taker.Next()->lost, Lost::kDirectory);
+}
+
+// What is waited for stands in a directory that goes as well: it is waited for further up.
+TEST_F(InotifyTest, AwaitsFurtherUpWhenTheAncestorGoesAfterIt) {
+    testing::WatchTaker taker(std::move(m_watch));
+    ASSERT_TRUE(taker.Watch().Add(1, (m_root / "a" / "b").string(), Wants::kModified).ok());
+    for (const bool moved : {false, true}) {
+        SCOPED_TRACE(moved);
+        fs::remove_all(m_root / "a" / "b");
+        ASSERT_EQ(taker.Next()->lost, Lost::kDirectory);
+        moved ? fs::rename(m_root / "a", m_root / "aside") : static_cast<void>(fs::remove(m_root / "a"));
+        fs::create_directories(m_root / "a" / "b");
+        ASSERT_EQ(taker.Next()->lost, Lost::kDirectory);
+        Write(m_root / "a" / "b" / "x");
+        const auto completion = taker.Next();
+        ASSERT_TRUE(completion);
+        ASSERT_EQ(completion->changes.size(), 1u);
+        EXPECT_EQ(completion->changes[0].name, "x");
+    }
+}
+
+TEST_F(InotifyTest, ARelativePathIsThatOfTheCurrentDirectoryThen) {
+    const fs::path before = fs::current_path();
+    fs::current_path(m_root / "a");
+    Add(1, "b");
+    fs::create_directory(m_root / "gone");
+    fs::current_path(m_root / "gone");
+    fs::remove(m_root / "gone");
+    EXPECT_EQ(m_watch->Add(2, "b", Wants::kModified).code, ErrorCode::kNotFound);
+    fs::current_path(before);
+    Write(m_root / "a" / "b" / "x");
+    DirectoryCompletion completion;
+    ASSERT_TRUE(m_watch->Wait(completion));
+    EXPECT_EQ(completion.directory, 1u);
+}
+
+TEST_F(InotifyTest, ErrorsWithoutANameOfTheirOwnGiveTheNumber) {
+    const Result result = m_watch->Add(1, (m_root / std::string(300, 'x')).string(), Wants::kModified);
+    EXPECT_EQ(result.code, ErrorCode::kFailed);
+    EXPECT_NE(result.text.find("system error " + std::to_string(ENAMETOOLONG)), std::string::npos)
+        << result.text;
 }
 
 TEST_F(InotifyTest, PathsAreReadAsHostPaths) {

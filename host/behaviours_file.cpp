@@ -2,36 +2,17 @@
 #include "host/behaviours_file.h"
 
 #include <brindle/behaviour/behaviour.h>
-#include <brindle/behaviour/traveral_funct.h>
-#include <brindle/xml/xml_writer.h>
 
 #include <deque>
 #include <unordered_map>
 
+#include "host/behaviour_items.h"
 #include "host/host_files.h"
 #include "host/start_event.h"
 
 namespace brindle::host {
 
 namespace {
-
-std::vector<CCommandBehaviour*> BehavioursOf(const CCommandBehaviourList& list) {
-    std::vector<CCommandBehaviour*> behaviours;
-    for (POSITION position = list.GetFirstChildPosition(); position;) {
-        // The list hands out its own objects for reading only; this host owns the list.
-        auto* child = const_cast<CCommandTreeItem*>(list.GetNextChild(position));
-        if (auto* behaviour = dynamic_cast<CCommandBehaviour*>(child)) behaviours.push_back(behaviour);
-    }
-    return behaviours;
-}
-
-// Empty when XML cannot hold it.
-std::string SavedText(const CCommandBehaviour& behaviour) {
-    XMLWriter writer;
-    std::string text;
-    if (writer.Initialize()) behaviour.Save(writer);
-    return writer.SaveToString(text) ? text : std::string();
-}
 
 // The behaviours of a list by their saved text, to be taken in their order.
 class Present {
@@ -57,24 +38,6 @@ class Present {
   private:
     std::unordered_map<std::string, std::deque<CCommandBehaviour*>> m_byText;
 };
-
-// Ends the repeats that a behaviour started: left to its destruction they would never run again, but hold their
-// events for as long as the list lives.
-class RepeatsEnder final : public TraveralFunct {
-  public:
-    explicit RepeatsEnder(CCommandBehaviourList& list) : m_list(list) {}
-    void operator()(CCommandTreeItem* item) const override {
-        if (const auto* trigger = dynamic_cast<const CCommandTrigger*>(item)) m_list.CancelRepeats(trigger);
-    }
-
-  private:
-    CCommandBehaviourList& m_list;
-};
-
-void EndRepeats(CCommandBehaviour& behaviour, CCommandBehaviourList& list) {
-    behaviour.Init();  // no trigger's condition holds any more
-    behaviour.Traverse(RepeatsEnder(list));
-}
 
 // New behaviours learn that the run began, as all do at its start.
 void Begin(const std::vector<CCommandBehaviour*>& behaviours, SiteObject& object, RunState& state) {

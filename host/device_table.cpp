@@ -179,8 +179,8 @@ CStringA DeviceTable::GetHashFieldValue(const FullAddress_t* address, const char
 
 void DeviceTable::WriteCommandLog(const char*) {}
 
-int DeviceTable::SelectActions(CCommandBehaviourList&, int, brindle::eHostType) {
-    return 0;
+int DeviceTable::SelectActions(CCommandBehaviourList& list, int selection, brindle::eHostType host) {
+    return m_chooser ? m_chooser(list, selection, host) : 0;
 }
 
 }  // namespace brindle::host

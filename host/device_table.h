@@ -8,9 +8,11 @@
 #include <brindle/macro/brindle_data.h>
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "host/ini_text.h"
@@ -49,6 +51,10 @@ class DeviceTable : public IBrindleData {
     // The last caption, else the name; empty when the address is unknown.
     std::string Caption(std::uint32_t packedAddress) const;
 
+    // Who opens a dialog for SelectActions; empty: nobody, and it answers 0.
+    using Chooser = std::function<int(CCommandBehaviourList& list, int selection, eHostType host)>;
+    void SetChooser(Chooser chooser) { m_chooser = std::move(chooser); }
+
     int GetAddressStatus(const FullAddress_t* address) override;
     CStringA GetHashFieldValue(const FullAddress_t* address, const char* fieldName) override;
     void WriteCommandLog(const char* line) override;
@@ -75,6 +81,7 @@ class DeviceTable : public IBrindleData {
     void LoadDevice(const IniSection& section, const std::string& file, Problems& problems);
 
     std::map<std::uint32_t, Device> m_devices;  // by packed address
+    Chooser m_chooser;
 };
 
 }  // namespace brindle::host

@@ -12,6 +12,7 @@
 #include <limits>
 #include <memory>
 
+#include "apps/brindle-map/action_chooser.h"
 #include "apps/brindle-map/map_accessible.h"
 #include "apps/brindle-map/map_application.h"
 #include "apps/brindle-map/map_menu.h"
@@ -164,7 +165,7 @@ int OpenWindow(const MapOptions& options, LoadedMap& map, double scale) {
     map.press = [&events](const host::EventLine& line) { events.Add(line); };
     MapWindow window(map.View(), QString::fromStdString(TextToSystem(map.Title())), scale);
     window.SetOnClose([&pace] { pace.Wake(); });
-    const MapMenu menu(window);
+    MapMenu menu(window);
     MapSink sink(map.View(), Tell);
     sink.closed = [&window] { return window.IsClosed(); };
     sink.seen = [&window](const host::RunRecord& record) {
@@ -178,6 +179,10 @@ int OpenWindow(const MapOptions& options, LoadedMap& map, double scale) {
     });
     const Blink blink(map.View());
     const RuleEditorRegistration rules(map.Site().devices);
+    ActionChooser chooser(map.Site());
+    menu.Add({"&Actions...", QKeySequence("Ctrl+E"), MapMenuEntry::kObject,
+              [&](const MapPlace& place) { return chooser.Knows(place.object); },
+              [&](const MapPlace& place) { chooser.EditObject(place.object); }});
     host::RunOptions how;
     how.reload = true;
     how.limit = options.seconds ? static_cast<std::uint64_t>(*options.seconds) * 1000 : kNever - 1;

@@ -130,6 +130,21 @@ TEST_F(XmlDomLibxml2Test, NothingIsPrintedAndNoHandlerOfTheProcessIsTouched) {
     EXPECT_EQ(xmlGetExternalEntityLoader(), loader);
 }
 
+// Neither the text nor the entity is too deep: where the one stands in the other is.
+TEST_F(XmlDomLibxml2Test, EntitiesDoNotNestDeeperThanTextsMay) {
+    const auto nested = [&](int outer, int inner) {
+        return "<!DOCTYPE a [<!ENTITY e '" + Repeated("<b>", inner) + Repeated("</b>", inner) + "'>]>" +
+               Repeated("<a>", outer) + "&e;" + Repeated("</a>", outer);
+    };
+    EXPECT_TRUE(Parse(nested(128, 128)).ok());
+    for (const auto& [outer, inner] : {std::pair(128, 129), std::pair(129, 128), std::pair(250, 250)}) {
+        SCOPED_TRACE(outer);
+        const Result result = Parse(nested(outer, inner));
+        EXPECT_EQ(result.code, ErrorCode::kLimit);
+        EXPECT_EQ(result.text, "elements nested deeper than 256");
+    }
+}
+
 TEST_F(XmlDomLibxml2Test, SelectsByXPath) {
     ASSERT_TRUE(Parse("<a xmlns:p='u'><b i='1'/><b i='2'><c/></b><p:d/>t</a>").ok());
     const std::pair<const char*, const char*> rows[] = {{"/a/b[2]", "b"},

@@ -6,6 +6,7 @@
 #include <QtGui/QPainter>
 #include <QtGui/QScreen>
 #include <cmath>
+#include <string>
 #include <vector>
 
 #include "brindle/platform/qt/qt_services.h"
@@ -211,6 +212,54 @@ TEST(PainterSurface, CornersAreMitred) {
     });
     for (const int x : {4, 15})
         for (const int y : {4, 15}) EXPECT_EQ(QColor(image.pixel(x, y)).name(), "#000000") << x << " " << y;
+}
+
+// Along the middle of a line of 4 pixels' width from x = 10 on: where it begins, then how many pixels are dark, light,
+// dark and so on.
+std::vector<int> Runs(DashStyle dash, bool round) {
+    testing::NeedQtApplication();
+    QImage image(130, 9, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    {
+        PainterSurface surface(painter);
+        const ShapeScope shapes(surface, true);
+        surface.DrawPath(ShapePath().Line({10, 4}, {110, 4}), {0xFF000000, 4, dash, round});
+    }
+    std::vector<int> runs = {0};
+    bool dark = false;
+    for (int x = 0; x < image.width(); ++x) {
+        if ((QColor(image.pixel(x, 4)).red() < 0x80) != dark) {
+            dark = !dark;
+            runs.push_back(0);
+        }
+        ++runs.back();
+    }
+    return runs;
+}
+
+TEST(PainterSurface, DashesDotsAndGapsAreMultiplesOfTheWidth) {
+    struct Row {
+        const char* label;
+        DashStyle dash;
+        std::vector<int> expected;
+    };
+    const Row rows[] = {{"dashes", DashStyle::kDash, {12, 4, 12, 4, 12, 4}},
+                        {"dots", DashStyle::kDot, {4, 4, 4, 4, 4, 4}},
+                        {"dash, dot", DashStyle::kDashDot, {12, 4, 4, 4, 12, 4}},
+                        {"dash, dot, dot", DashStyle::kDashDotDot, {12, 4, 4, 4, 4, 4, 12}}};
+    for (const Row& row : rows) {
+        for (const bool round : {false, true}) {
+            SCOPED_TRACE(std::string(row.label) + (round ? ", round" : ""));
+            const std::vector<int> runs = Runs(row.dash, round);
+            ASSERT_GT(runs.size(), row.expected.size());
+            // Round ends stand out by half a width.
+            EXPECT_NEAR(runs[0], round ? 8 : 10, 1);
+            for (std::size_t i = 0; i < row.expected.size(); ++i)
+                EXPECT_NEAR(runs[i + 1], row.expected[i], 1) << "run " << i;
+        }
+    }
+    EXPECT_EQ(Runs(DashStyle::kSolid, true).size(), 3u) << "light, dark, light";
 }
 
 TEST(PainterSurface, LinesThatDoubleBackAreNotCountedTwice) {

@@ -297,7 +297,9 @@ TEST_F(SnmpFunctions, TheReasonIsKnownInsideTheCallBackOnly) {
         SnmpFailureKind own = SnmpFailureKind::kNone;
         SnmpFailureKind other = SnmpFailureKind::kNone;
         SnmpFailureKind elsewhere = SnmpFailureKind::kNone;
-        std::atomic<bool> done{false};
+        std::mutex mutex;
+        std::condition_variable changed;
+        bool done = false;
     } seen;
     const auto look = [](CSnmpVariable* copy, unsigned long userValue, unsigned int) {
         auto& result = *reinterpret_cast<Seen*>(userValue);
@@ -305,10 +307,15 @@ TEST_F(SnmpFunctions, TheReasonIsKnownInsideTheCallBackOnly) {
         result.own = KySnmpLastFailure(copy).kind;
         result.other = KySnmpLastFailure(&another).kind;
         std::thread([&] { result.elsewhere = KySnmpLastFailure(copy).kind; }).join();
+        const std::lock_guard lock(result.mutex);
         result.done = true;
+        result.changed.notify_all();
     };
     ASSERT_EQ(KySnmpGetValue(&variable, look, reinterpret_cast<unsigned long>(&seen), 100, 0), 1);
-    while (!seen.done) std::this_thread::yield();
+    {
+        std::unique_lock lock(seen.mutex);
+        ASSERT_TRUE(seen.changed.wait_for(lock, std::chrono::minutes(1), [&] { return seen.done; }));
+    }
     EXPECT_EQ(seen.own, SnmpFailureKind::kBadIdentifier);
     EXPECT_EQ(seen.other, SnmpFailureKind::kNone);
     EXPECT_EQ(seen.elsewhere, SnmpFailureKind::kNone);

@@ -6,6 +6,7 @@
 #include <QtCore/QEventLoop>
 #include <QtCore/QThread>
 #include <QtGui/QGuiApplication>
+#include <atomic>
 #include <memory>
 
 #include "brindle/platform/clock.h"
@@ -125,7 +126,8 @@ TEST(QtUiTimer, LeavesNothingInTheLoopWhenNothingTicks) {
 TEST(QtUiTimer, AThreadsTimersTickInItsOwnLoop) {
     testing::NeedQtApplication();
     std::string ticks;
-    bool enough = false;
+    std::atomic<bool> enough{
+        false};  // hands over what the thread wrote, also for those who do not see into Qt
     const std::unique_ptr<QThread> thread(QThread::create([&] {
         QEventLoop loop;
         testing::TickTarget target(ticks);

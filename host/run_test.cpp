@@ -307,6 +307,18 @@ TEST(Run, ATraceTellsTheValuesOfRules) {
               "    0.000  b       -> r stays out: another kind of event\n");
 }
 
+TEST(Run, MaskActionsSayWhatTheyMask) {
+    const WrittenSite written;
+    written.WriteObjects({"a"});
+    written.WriteBehaviour(
+        "a", "<PollTrigger/>",
+        "<MaskUnitAction Name='u'>Mixer\nRouter</MaskUnitAction>"
+        "<MaskHeaderAction><UnitList>Mixer\n\nRouter</UnitList><HeaderList>Power\nFan</HeaderList>"
+        "</MaskHeaderAction>");
+    const Played played = RunEvents(written, R"({"kind":"poll"})");
+    EXPECT_EQ(played.lines.All("log", "text"), "masks Mixer, Router|masks Mixer, Router: Power, Fan");
+}
+
 TEST(Run, AWrongRuleIsWarnedOfOnce) {
     const WrittenSite written;
     WriteRules(written, "(State");

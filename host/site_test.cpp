@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <iterator>
 
 #include <brindle/address/events.h>
 
@@ -75,6 +76,52 @@ TEST(SitePlan, ReportsWhatItDoesNotKnow) {
     ASSERT_TRUE(ReadSitePlan(written.Folder(), plan, problems));
     EXPECT_EQ(problems.size(), 2U);
     EXPECT_FALSE(ReadSitePlan(written.Path("none"), plan, problems));
+}
+
+TEST(SitePlan, FlagsAreReadInAnyCase) {
+    struct Row {
+        const char* value;
+        bool expected;
+        const char* problem;
+    };
+    const WrittenSite written;
+    bool SitePlan::*const flags[] = {&SitePlan::startPrograms, &SitePlan::checkArguments};
+    const char* const keys[] = {"StartPrograms", "CheckArguments"};
+    for (std::size_t i = 0; i < std::size(keys); ++i) {
+        const bool usual = SitePlan().*flags[i];
+        const Row rows[] = {{"true", true, ""},
+                            {"On", true, ""},
+                            {"1", true, ""},
+                            {"FALSE", false, ""},
+                            {"off", false, ""},
+                            {"0", false, ""},
+                            {"yes", usual, "site.ini:2:1: \"yes\" is not TRUE or FALSE\n"}};
+        for (const Row& row : rows) {
+            SCOPED_TRACE(std::string(keys[i]) + "=" + row.value);
+            written.Write("site.ini", "[Site]\n" + std::string(keys[i]) + "=" + row.value + "\n[Object a]\n");
+            SitePlan plan;
+            Problems problems;
+            ASSERT_TRUE(ReadSitePlan(written.Folder(), plan, problems));
+            EXPECT_EQ(plan.*flags[i], row.expected);
+            EXPECT_EQ(Joined(problems, written.Folder()), row.problem);
+        }
+    }
+}
+
+TEST(SitePlan, DrivesHaveOneLetter) {
+    const WrittenSite written;
+    written.Write("site.ini", "[Site]\n[Drives]\nD=disk\nDD=x\n1=x\nm=\n[Object a]\n");
+    SitePlan plan;
+    Problems problems;
+    ASSERT_TRUE(ReadSitePlan(written.Folder(), plan, problems));
+    EXPECT_EQ(Joined(problems, written.Folder()),
+              "site.ini:4:1: \"DD\" is not the letter of a drive\n"
+              "site.ini:5:1: \"1\" is not the letter of a drive\n");
+    ASSERT_EQ(plan.drives.size(), 2U);
+    EXPECT_EQ(plan.drives[0].letter, 'd');
+    EXPECT_EQ(plan.drives[0].folder, written.Path("disk"));
+    EXPECT_EQ(plan.drives[1].letter, 'm');
+    EXPECT_EQ(plan.drives[1].folder, "");
 }
 
 TEST(LoadSite, RefusesWhatCannotBeRead) {
@@ -249,6 +296,21 @@ TEST(CheckPaths, FindsEveryProblemOfAList) {
               "b.xml:14:3: attribute \"Command\" is missing: a text with fields\n"
               "b.xml:16:14: a second \"TriggerList\" is not read\n");
     EXPECT_TRUE(report.unopened.empty());
+}
+
+TEST(CheckPaths, MetersWhoseLimitsContradictEachOther) {
+    RegisterHostTypes();
+    const WrittenSite written;
+    written.Write(
+        "b.xml",
+        "<BehaviourList><Behaviour><TriggerList>\n<MeterValueTrigger Hysteresis='-1'/>\n"
+        "<MeterValueTrigger Above='1' Below='2'/>\n<MeterValueTrigger Above='2' Below='1' "
+        "Hysteresis='0.5'/>\n"
+        "</TriggerList><ActionList><WriteLogAction Text='x'/></ActionList></Behaviour></BehaviourList>");
+    EXPECT_EQ(Joined(CheckPaths({written.Path("b.xml")}).problems, written.Folder()),
+              "b.xml:2:1: \"Hysteresis\" is negative\n"
+              "b.xml:2:1: \"Hysteresis\" has no effect without \"Above\" or \"Below\"\n"
+              "b.xml:3:1: \"Below\" lies over \"Above\": every value meets the condition\n");
 }
 
 TEST(CheckPaths, FilesOfEveryKind) {

@@ -109,6 +109,22 @@ TEST(ToolRun, EventsFromTheStandardInput) {
     EXPECT_THAT(real.out, HasSubstr("\"kind\":\"end\""));
 }
 
+TEST(ToolRun, TerminalsShowWhatHappensInColours) {
+    const WrittenSite site;
+    WritePolls(site);
+    ToolStart start{{"run", site.Folder(), "--events", "-", "--fast"},
+                    "{\"kind\":\"poll\"}\n{\"kind\":\"unlock\",\"object\":\"a\"}\n",
+                    {},
+                    OutputTo::kTerminal};
+    const ToolResult coloured = RunTool(start);
+    EXPECT_EQ(coloured.code, 0) << coloured.out;
+    for (const char* part : {"\x1b[2m    0.000\x1b[0m", "\x1b[36ma", "\x1b[1mpoll\x1b[0m", "\x1b[32m-> ",
+                             "\x1b[34mlog", "\x1b[33mrefused: no action allows it\x1b[0m"})
+        EXPECT_THAT(coloured.out, HasSubstr(part));
+    start.environment = {{"NO_COLOR", "1"}};
+    EXPECT_THAT(RunTool(start).out, ::testing::Not(HasSubstr("\x1b[")));
+}
+
 TEST(ToolRun, RealTimeEndsByItself) {
     const WrittenSite site;
     WritePolls(site, "<TimeBasedTrigger Every='1'/>");

@@ -22,7 +22,7 @@ struct ToolStart {
     OutputTo output = OutputTo::kPipe;  // of results; the standard error follows only to a terminal
 };
 
-// Runs the tool; one that does not end within half a minute is stopped, which is a test failure.
+// Runs the tool; one that does not end within two minutes is stopped, which is a test failure.
 ToolResult RunTool(const ToolStart& start);
 // Runs a line of the shell in the project's folder, "brindle" being the tool; errors come among the results.
 ToolResult RunShell(const std::string& line);

@@ -13,6 +13,7 @@
 #include <memory>
 #include <set>
 
+#include "host/child_sections.h"
 #include "host/configured_item.h"
 #include "host/get_snmp_action.h"
 #include "host/rule_check.h"
@@ -50,16 +51,6 @@ class CheckedDocument {
         m_reader.GetPosition(line, column);
         m_problems.push_back({m_path, line, column, std::move(text), warning});
     }
-    // Calls `visit(name)` inside each child element of the current one.
-    template <class Visit>
-    void ForEachChild(const Visit& visit) {
-        const std::vector<CStringA> names = m_reader.GetChildSections();
-        for (const CStringA& name : names) {
-            if (!m_reader.EnterSection(name, false)) continue;
-            visit(name);
-            m_reader.CloseSection();
-        }
-    }
 
   private:
     const std::string& m_path;
@@ -80,7 +71,7 @@ class BehaviourChecker {
 
     void Run() {
         if (!m_document.Open("BehaviourList")) return;
-        m_document.ForEachChild([this](const CStringA& name) {
+        ForEachChild(m_document.Reader(), [this](const CStringA& name) {
             if (name == "Behaviour")
                 CheckBehaviour();
             else
@@ -102,7 +93,7 @@ class BehaviourChecker {
             m_document.Report("\"ActionList\" stands before \"TriggerList\" and is not found");
         int triggerLists = 0;
         int actionLists = 0;
-        m_document.ForEachChild([&](const CStringA& name) {
+        ForEachChild(m_document.Reader(), [&](const CStringA& name) {
             const bool isTriggers = name == "TriggerList";
             if (!isTriggers && name != "ActionList")
                 m_document.Report("element \"" + name.str() + "\" is unknown here and has no effect");
@@ -114,7 +105,7 @@ class BehaviourChecker {
     }
 
     void CheckList(bool isTriggers) {
-        m_document.ForEachChild([&](const CStringA& name) {
+        ForEachChild(m_document.Reader(), [&](const CStringA& name) {
             if (isTriggers)
                 CheckTrigger(name);
             else
@@ -187,7 +178,7 @@ class BehaviourChecker {
     }
 
     void CheckChildren(const ConfiguredItem* item) {
-        m_document.ForEachChild([&](const CStringA& name) {
+        ForEachChild(m_document.Reader(), [&](const CStringA& name) {
             bool unused = false;
             if (item && item->KnowsElement(name)) return;
             if (name != "Enabled")
@@ -228,7 +219,7 @@ void CheckVariables(const std::string& path, VariableManager& scope, Problems& p
     CheckedDocument document(path, problems);
     if (!document.Open("Variables")) return;
     std::set<std::string> names;
-    document.ForEachChild([&](const CStringA& element) {
+    ForEachChild(document.Reader(), [&](const CStringA& element) {
         CStringA name;
         CStringA value;
         if (element != "variable") {

@@ -5,6 +5,7 @@
 
 #include <utility>
 
+#include "host/child_sections.h"
 #include "host/configured_item.h"
 #include "host/host_files.h"
 
@@ -23,7 +24,7 @@ class MapReader {
     bool Run(const char* text) {
         if (!Load(text) || !EnterRoot()) return false;
         Check(ReadAttributes(m_reader, m_map.Attributes()));
-        ForEachChild([this](const CStringA& name) { ReadElement(name); });
+        ForEachChild(m_reader, [this](const CStringA& name) { ReadElement(name); });
         return m_map.width > 0 && m_map.height > 0;
     }
 
@@ -56,16 +57,6 @@ class MapReader {
         for (const std::string& problem : problems) Report(problem);
     }
 
-    template <class Visit>
-    void ForEachChild(const Visit& visit) {
-        const std::vector<CStringA> names = m_reader.GetChildSections();
-        for (const CStringA& name : names) {
-            if (!m_reader.EnterSection(name, false)) continue;
-            visit(name);
-            m_reader.CloseSection();
-        }
-    }
-
     void ReadElement(const CStringA& name) {
         const auto kind = FindMapKind(name.view());
         if (!kind) return Report("element \"" + name.str() + "\" is unknown and is left out");
@@ -79,7 +70,7 @@ class MapReader {
         m_reader.GetPosition(element.line, element.column);
         const std::size_t before = m_problems.size();
         Check(ReadAttributes(m_reader, element.Attributes()));
-        ForEachChild([&](const CStringA& child) { ReadNote(child, element); });
+        ForEachChild(m_reader, [&](const CStringA& child) { ReadNote(child, element); });
         const bool placed = element.width > 0 && element.height > 0;
         if (!placed && m_problems.size() > before) m_problems.back().text += "; the element is left out";
         if (placed) m_map.elements.push_back(std::move(element));

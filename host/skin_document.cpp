@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "host/child_sections.h"
 #include "host/words.h"
 
 namespace brindle::host {
@@ -14,15 +15,9 @@ namespace {
 // Shows the section of every element of every mode; the root is entered.
 template <class Visit>
 void ForEachElement(XMLReader& reader, Visit visit) {
-    for (const CStringA& mode : reader.GetChildSections()) {
-        reader.EnterSection(mode, false);
-        for (const CStringA& element : reader.GetChildSections()) {
-            reader.EnterSection(element, false);
-            visit(mode.str(), element.str());
-            reader.CloseSection();
-        }
-        reader.CloseSection();
-    }
+    ForEachChild(reader, [&](const CStringA& mode) {
+        ForEachChild(reader, [&](const CStringA& element) { visit(mode.str(), element.str()); });
+    });
 }
 
 SkinValueKind KindOf(const std::string& text) {

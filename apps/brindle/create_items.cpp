@@ -1,16 +1,14 @@
 // See create_items.h. Tests: command_create_test.cpp.
 #include "apps/brindle/create_items.h"
 
+#include "host/child_sections.h"
+
 namespace brindle::tool {
 namespace {
 
 void VisitList(XMLReader& reader, std::size_t behaviour, bool isTrigger, const ItemVisit& visit) {
     if (!reader.EnterSection(isTrigger ? "TriggerList" : "ActionList", true)) return;
-    for (const CStringA& name : reader.GetChildSections()) {
-        if (!reader.EnterSection(name, false)) continue;
-        visit({behaviour, isTrigger, name}, reader);
-        reader.CloseSection();
-    }
+    host::ForEachChild(reader, [&](const CStringA& name) { visit({behaviour, isTrigger, name}, reader); });
     reader.CloseSection();
 }
 

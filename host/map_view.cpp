@@ -239,20 +239,24 @@ std::vector<CRect> MapView::TakeDirty() {
 void MapView::Draw(CDC& dc, const CRect& place) {
     dc.SaveDC();
     dc.ClipToRectangle(place);
-    DrawGround(dc);
+    DrawGround(dc, place);
     for (const auto& part : m_parts)
         if (Meets(part->Painted(), place)) part->Draw(dc, m_scale);
     DrawFocus(dc, place);
     dc.RestoreDC();
 }
 
-void MapView::DrawGround(CDC& dc) const {
+void MapView::DrawGround(CDC& dc, const CRect& place) const {
     const CSize size = Size();
-    const std::uint32_t top = m_document.colour.Or(0);
+    CRect ground{0, 0, size.cx, size.cy};
+    // One colour is filled where it shows only: filling the whole takes longer than what stands on it there.
+    const bool isPlain = !m_document.secondColour.IsGiven();
+    if (isPlain && !ground.IntersectRect(ground, place)) return;
     // A little larger, so that the smooth edges lie outside.
-    const CRect ground{-2, -2, size.cx + 3, size.cy + 3};
-    const int fill = m_document.secondColour.IsGiven() ? 2 : 0;
-    OVDrawing::DrawFrame(&dc, ground, top, m_document.secondColour.Or(top), 0, 0, 0, fill, false, CPoint{});
+    ground = {ground.left - 2, ground.top - 2, ground.right + 3, ground.bottom + 3};
+    const std::uint32_t top = m_document.colour.Or(0);
+    OVDrawing::DrawFrame(&dc, ground, top, m_document.secondColour.Or(top), 0, 0, 0, isPlain ? 0 : 2, false,
+                         CPoint{});
 }
 
 void MapView::DrawFocus(CDC& dc, const CRect& place) const {

@@ -115,7 +115,7 @@ class MapView {
     void MarkTarget(const std::optional<Key>& key);
     void Mark(const CRect& place);
     void MarkAll();
-    void DrawGround(CDC& dc) const;
+    void DrawGround(CDC& dc, const CRect& place) const;
     void DrawFocus(CDC& dc, const CRect& place) const;
 
     const Site& m_site;

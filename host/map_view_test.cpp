@@ -45,11 +45,11 @@ class MapViewTest : public ::testing::Test {
         SetClock(m_previousClock);
     }
 
-    MapView& Show(const std::string& elements) {
+    MapView& Show(const std::string& elements, const std::string& look = "") {
         MapDocument document;
         Problems problems;
-        EXPECT_TRUE(
-            ReadMapText("<map width='400' height='300'>" + elements + "</map>", "map", document, problems));
+        EXPECT_TRUE(ReadMapText("<map width='400' height='300'" + look + ">" + elements + "</map>", "map",
+                                document, problems));
         EXPECT_TRUE(problems.empty()) << problems[0].text;
         m_view = std::make_unique<MapView>(m_site, document,
                                            [this](const EventLine& line) { m_presses.push_back(line); });
@@ -186,6 +186,21 @@ TEST_F(MapViewTest, ThePaintedAreaOfALargeMapIsThatOfWhatChanged) {
     }
     EXPECT_EQ(drawn, 10u);
     EXPECT_LE(area, 10 * 18 * 18);
+}
+
+// Its top edge tells how wide it is; two pixels more on each side keep smooth edges away.
+TEST_F(MapViewTest, AGroundOfOneColourIsFilledWhereItShows) {
+    const auto has = [this](const CRect& place, const char* edge) {
+        return Drawn(place).find(edge) != std::string::npos;
+    };
+    Show("", " colour='#102030'");
+    EXPECT_TRUE(has({100, 50, 120, 60}, "line 98 48 to 122 48\n"));
+    EXPECT_TRUE(has({390, 290, 500, 500}, "line 388 288 to 402 288\n"));
+    EXPECT_TRUE(has({0, 0, 400, 300}, "line -1 -1 to 403 -1\n"));
+    EXPECT_FALSE(has({400, 0, 500, 300}, "fill"));
+    Show("", " colour='#102030' secondColour='#405060'");
+    EXPECT_TRUE(has({100, 50, 120, 60}, "fill vertical #FF102030 #FF405060 over -1.5 -1.5 404 304\n"))
+        << "where a colour stands depends on the whole";
 }
 
 TEST_F(MapViewTest, ManyPlacesBecomeOne) {

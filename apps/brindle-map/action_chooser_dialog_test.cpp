@@ -25,6 +25,7 @@
 #include "host/behaviour_items.h"
 #include "host/host_files.h"
 #include "host/register_types.h"
+#include "host/site_reloader.h"
 #include "host/words.h"
 #include "host/written_site_test.h"
 
@@ -352,6 +353,34 @@ TEST_F(ActionChooserTest, AnObjectsChoiceIsSavedInPlace) {
     EXPECT_TRUE(m_chooser->EditObject("a"));
     EXPECT_EQ(File(), host::Replaced(kList, "'lost'", "'gone'"));
     EXPECT_EQ(host::SavedText(List()), list) << "the station takes it over when it reads the file again";
+}
+
+class Records final : public host::RunSink {
+  public:
+    void Write(const host::RunRecord& record) override { kinds.push_back(record["kind"]); }
+    void Warn(const host::Problem& problem) override { kinds.push_back(problem.text); }
+    std::vector<std::string> kinds;
+};
+
+TEST_F(ActionChooserTest, ARunningStationTakesTheChoiceOver) {
+    m_written.WriteBehaviour("a", "<ButtonTrigger/>", "<WriteLogAction Text='lost'/>");
+    Records records;
+    host::RealPace pace;
+    host::RunState state(m_site, records, pace);
+    host::SiteReloader reloader(state);
+    reloader.Look();
+    records.kinds.clear();
+    ThenIn<QDialog>([] {
+        Select(0, 1);
+        TypeValue("Text", "gone");
+        Accept();
+    });
+    EXPECT_TRUE(m_chooser->EditObject("a"));
+    reloader.Look();
+    EXPECT_EQ(records.kinds, std::vector<std::string>{"reload"});
+    const auto behaviours = host::BehavioursOf(List());
+    ASSERT_EQ(behaviours.size(), 1u);
+    EXPECT_EQ(host::ActionsOf(*behaviours[0])[0]->GetReflect(), "Text=\"gone\"");
 }
 
 TEST_F(ActionChooserTest, CancelWritesNothing) {

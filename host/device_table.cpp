@@ -51,6 +51,8 @@ void DeviceTable::LoadDevice(const IniSection& section, const std::string& file,
         } else if (SameWord(key.name, "State")) {
             if (!ParseInt(key.value, device.state))
                 problems.push_back({file, key.line, 1, "\"" + key.value + "\" is not a state number"});
+        } else if (SameWord(key.name, "Polled")) {
+            continue;  // of the polls
         } else if (const std::string_view polled = PolledField(key.name); !polled.empty()) {
             if (!TextField(polled) && !SameWord(polled, "State"))
                 device.fields.try_emplace(LowerCase(polled));

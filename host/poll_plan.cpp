@@ -23,14 +23,15 @@ class PollReader {
         m_plan.address = address;
         Text("Agent", m_plan.agent);
         Text("Community", m_plan.community);
-        Number("Poll", 100, 86'400'000, m_plan.period);
-        Number("Timeout", 1, 600'000, m_plan.timeout);
-        Number("Retries", 0, 100, m_plan.retries);
+        Number("Poll", kPollPeriods.lowest, kPollPeriods.highest, m_plan.period);
+        Number("Timeout", kPollTimeouts.lowest, kPollTimeouts.highest, m_plan.timeout);
+        Number("Retries", kPollRetries.lowest, kPollRetries.highest, m_plan.retries);
+        const bool polled = Polled();
         int state = 0;
         if (Number("NoAnswer", INT32_MIN, INT32_MAX, state)) m_plan.noAnswer = state;
         States();
         for (const IniKey& key : m_section.keys) Field(key);
-        if (!IsWhole()) return {};
+        if (!IsWhole() || !polled) return {};
         return m_plan;
     }
 
@@ -54,6 +55,14 @@ class PollReader {
         }
         value = number;
         return true;
+    }
+
+    bool Polled() {
+        const IniKey* key = m_section.Find("Polled");
+        if (!key || SameWord(key->value, "TRUE")) return true;
+        if (!SameWord(key->value, "FALSE"))
+            Problem(key->line, "Polled: \"" + key->value + "\" is not TRUE or FALSE");
+        return false;
     }
 
     // "0:1, 5:3": value 0 is state 1, value 5 is state 3.

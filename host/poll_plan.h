@@ -14,9 +14,19 @@
 
 namespace brindle::host {
 
+struct PollRange {
+    int lowest;
+    int highest;
+};
+constexpr PollRange kPollPeriods{100, 86'400'000};  // milliseconds
+constexpr PollRange kPollTimeouts{1, 600'000};      // milliseconds
+constexpr PollRange kPollRetries{0, 100};
+
 struct PollField {
     std::string name;  // as it is written; "State" and "Value" also make events
     std::string oid;
+
+    friend bool operator==(const PollField&, const PollField&) = default;
 };
 
 struct PollPlan {
@@ -30,6 +40,8 @@ struct PollPlan {
     std::map<int, int>
         states;  // the device's state for a value of the field State; others are the state themselves
     std::optional<int> noAnswer;  // the state of a device that does not answer; nothing: it keeps its state
+
+    friend bool operator==(const PollPlan&, const PollPlan&) = default;
 };
 
 // The field's name in a key "Poll.NAME"; empty for any other key.

@@ -48,6 +48,7 @@ bool LoadVariables(const std::string& path, Site& site, VariableManager& scope, 
 bool LoadDevices(Site& site, Problems& problems) {
     const SitePlan& plan = site.plan;
     if (plan.devices.empty()) return true;
+    site.marks.try_emplace(plan.devices, MarksOfHostFile(plan.devices));
     std::string bytes;
     const std::string why = ReadSiteFile(plan.devices, bytes);
     if (!why.empty()) {

@@ -111,6 +111,7 @@ class SiteChecker {
     }
 
     void CheckMacros(const IniSection& section) {
+        if (SameWord(section.name, "Directories")) return CheckDirectories(section);
         const bool paths = SameWord(section.name, "SearchPath");
         if (!paths && !SameWord(section.name, "CommandActions")) {
             m_report.problems.push_back(
@@ -122,6 +123,16 @@ class SiteChecker {
                                                             : CheckCommand("<" + key.name + ">", m_commands);
             for (const std::string& problem : problems)
                 m_report.problems.push_back({m_plan.macros, key.line, 1, "\"" + key.name + "\": " + problem});
+        }
+    }
+
+    // Those that file boxes used last.
+    void CheckDirectories(const IniSection& section) {
+        for (const IniKey& key : section.keys) {
+            const auto is = [&](const char* name) { return SameWord(key.name, name); };
+            if (is("LastSchematicDir") || is("LastComponentDir") || is("LastGraphicsDir")) continue;
+            m_report.problems.push_back(
+                {m_plan.macros, key.line, 1, "key \"" + key.name + "\" of [Directories] is unknown"});
         }
     }
 

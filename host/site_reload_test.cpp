@@ -8,11 +8,13 @@
 #include <thread>
 
 #include "host/event_line.h"
+#include "host/polls_file.h"
 #include "host/register_types.h"
 #include "host/run_context.h"
 #include "host/run_data.h"
 #include "host/site_check.h"
 #include "host/site_reloader.h"
+#include "host/station_polls.h"
 #include "host/virtual_clock.h"
 #include "host/written_site_test.h"
 #include "testing/saving_ways.h"
@@ -115,6 +117,48 @@ class SiteReload : public ::testing::Test {
     std::optional<RunData> m_data;
     std::optional<SiteReloader> m_reloader;
 };
+
+TEST_F(SiteReload, PollsOfTheDevicesTakeOver) {
+    const auto device = [](int number, const std::string& more) {
+        return "[0001:01:0" + std::to_string(number) + "]\nAgent=127.0.0.1:1\nPoll.Power=1.3.6.1\n" + more +
+               "\n";
+    };
+    m_written.Write("devices.ini", device(1, "Poll=1000") + device(2, "Poll=2000"));
+    Start();
+    SnmpRequests requests;
+    StationPolls polls(*m_state, requests, [](const CStateEvent* event) { event->Release(); });
+    m_reloader->Add(
+        std::make_unique<PollsFile>(m_site.plan.devices, m_site.marks.at(m_site.plan.devices), polls));
+    struct Row {
+        const char* label;
+        std::string text;
+        std::string changed;  // polls; empty: no record
+        std::size_t warnings;
+        std::optional<std::uint64_t> due;
+    };
+    const Row rows[] = {
+        {"nothing", device(1, "Poll=1000") + device(2, "Poll=2000"), "", 0, 0},
+        {"another name", device(1, "Poll=1000\nName=T") + device(2, "Poll=2000"), "", 0, 0},
+        {"broken", device(1, "Poll=5") + device(2, "Poll=2000"), "", 1, 0},
+        {"both", device(1, "Poll=1500") + device(2, "Poll=2500"), "2", 0, 70},
+        {"one is off", device(1, "Poll=1500\nPolled=FALSE") + device(2, "Poll=2500"), "1", 0, 70},
+        {"the other one's rhythm stays", device(1, "Poll=1500") + device(2, "Poll=2500"), "1", 0, 70},
+        {"none", "", "2", 0, std::nullopt},
+    };
+    m_pace.now = 70;
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.label);
+        m_written.Write("devices.ini", row.text);
+        Look();
+        std::string changed;
+        for (const RunRecord& record : m_lines.records)
+            if (record.contains("polls")) changed += record["polls"].dump();
+        EXPECT_EQ(changed, row.changed);
+        EXPECT_EQ(m_lines.warnings.size(), row.warnings);
+        EXPECT_EQ(polls.NextDue(), row.due);
+    }
+    EXPECT_FALSE(requests.IsBusy());
+}
 
 TEST_F(SiteReload, NothingChangedIsNothing) {
     Start();

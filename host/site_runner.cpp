@@ -15,6 +15,7 @@
 #include "host/argument_filter.h"
 #include "host/event_record.h"
 #include "host/host_files.h"
+#include "host/polls_file.h"
 #include "host/start_event.h"
 
 namespace brindle::host {
@@ -144,6 +145,7 @@ void SiteRunner::Run() {
     const Registered registered(m_data, m_observer, m_context, m_state.site.plan);
     const WokenBy woken(m_source, m_snmp ? &*m_snmp : nullptr, m_state.pace);
     if (m_options.reload) m_reloader.emplace(m_state);
+    if (m_reloader && m_polls) AddPollsFile();
     if (m_reloader && m_options.watch) m_options.watch(*m_reloader);
     const TurnsInside inside(m_state.pace, [this] { return TakeTurn(); });
     Start();
@@ -167,6 +169,14 @@ std::optional<std::uint64_t> SiteRunner::TakeTurn() {
         if (m_state.pace.IsReal() && m_state.pace.Elapsed() - began > kLongestTurn) return began;
     }
     return {};
+}
+
+void SiteRunner::AddPollsFile() {
+    const Site& site = m_state.site;
+    if (site.plan.devices.empty()) return;
+    const auto marks = site.marks.find(site.plan.devices);
+    m_reloader->Add(std::make_unique<PollsFile>(
+        site.plan.devices, marks == site.marks.end() ? HostFileMarks() : marks->second, *m_polls));
 }
 
 void SiteRunner::Start() {

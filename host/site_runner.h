@@ -53,6 +53,7 @@ class SiteRunner {
     static constexpr std::uint64_t kLongestTurn = 50;
 
     class InTurn;
+    void AddPollsFile();
     void Start();
     // All that is due; as RunPace::Turn.
     std::optional<std::uint64_t> TakeTurn();

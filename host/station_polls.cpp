@@ -32,50 +32,72 @@ bool IsOneOf(std::string_view name, std::initializer_list<const char*> words) {
 
 StationPolls::StationPolls(RunState& state, SnmpRequests& requests, Deliver deliver)
     : m_state(state), m_requests(requests), m_deliver(std::move(deliver)) {
-    for (const PollPlan& plan : state.site.polls) {
-        Poll poll;
-        poll.plan = plan;
+    Replace(state.site.polls);
+}
+
+std::size_t StationPolls::Replace(const std::vector<PollPlan>& plans) {
+    const auto before = std::exchange(m_polls, {});
+    std::size_t kept = 0;
+    for (const PollPlan& plan : plans) {
+        const auto old = std::find_if(before.begin(), before.end(),
+                                      [&](const auto& poll) { return poll->plan.address == plan.address; });
+        if (old != before.end() && (*old)->plan == plan) {
+            m_polls.push_back(*old);
+            ++kept;
+            continue;
+        }
+        auto poll = std::make_shared<Poll>();
+        poll->plan = plan;
+        poll->due = m_state.pace.Elapsed();
+        if (old != before.end()) {
+            poll->why = (*old)->why;
+            poll->state = (*old)->state;
+            poll->meter = (*old)->meter;
+        }
         m_polls.push_back(std::move(poll));
     }
+    return std::max(before.size(), plans.size()) - kept;
 }
 
 std::optional<std::uint64_t> StationPolls::NextDue() const {
     const auto next = std::min_element(m_polls.begin(), m_polls.end(),
-                                       [](const Poll& a, const Poll& b) { return a.due < b.due; });
+                                       [](const auto& a, const auto& b) { return a->due < b->due; });
     if (next == m_polls.end()) return {};
-    return next->due;
+    return (*next)->due;
 }
 
 void StationPolls::SendDue() {
     const std::uint64_t now = m_state.pace.Elapsed();
-    for (Poll& poll : m_polls) {
-        if (poll.due > now) continue;
-        const auto period = static_cast<std::uint64_t>(poll.plan.period);
-        poll.due += ((now - poll.due) / period + 1) * period;
-        if (poll.pending == 0) Ask(poll);
+    for (const auto& poll : m_polls) {
+        if (poll->due > now) continue;
+        const auto period = static_cast<std::uint64_t>(poll->plan.period);
+        poll->due += ((now - poll->due) / period + 1) * period;
+        if (poll->pending == 0) Ask(poll);
     }
 }
 
-void StationPolls::Ask(Poll& poll) {
-    poll.answers = {};
-    poll.pending = poll.plan.fields.size();
-    for (const PollField& field : poll.plan.fields) {
+void StationPolls::Ask(const std::shared_ptr<Poll>& poll) {
+    poll->answers = {};
+    poll->pending = poll->plan.fields.size();
+    for (const PollField& field : poll->plan.fields) {
         SnmpRequest request;
-        request.variable.agent = poll.plan.agent;
-        request.variable.community = poll.plan.community;
+        request.variable.agent = poll->plan.agent;
+        request.variable.community = poll->plan.community;
         request.variable.oid = field.oid;
-        request.timeout = poll.plan.timeout;
-        request.retries = poll.plan.retries;
-        m_requests.Send(std::move(request),
-                        [this, &poll, &field](const SnmpAnswer& answer) { Take(poll, field, answer); });
+        request.timeout = poll->plan.timeout;
+        request.retries = poll->plan.retries;
+        const std::weak_ptr<Poll> asked = poll;
+        m_requests.Send(std::move(request), [this, asked, name = field.name](const SnmpAnswer& answer) {
+            if (const auto waiting = asked.lock()) Take(*waiting, name, answer);
+        });
     }
 }
 
-void StationPolls::Take(Poll& poll, const PollField& field, const SnmpAnswer& answer) {
+void StationPolls::Take(Poll& poll, const std::string& field, const SnmpAnswer& answer) {
     if (answer.why.empty())
-        poll.answers.values[field.name] = answer.variable.value.str();
+        poll.answers.values[field] = answer.variable.value.str();
     else
-        poll.answers.failures[field.name] = answer.why;
+        poll.answers.failures[field] = answer.why;
     if (--poll.pending == 0) Complete(poll);
 }
 

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -29,6 +30,9 @@ class StationPolls {
     std::optional<std::uint64_t> NextDue() const;
     // Asks what is due.
     void SendDue();
+    // Polls by other plans from now on. Devices whose plan is the same keep their rhythm and their answers on the way;
+    // the others are asked anew, those no longer named not any more. Returns how many plans differ, come or go.
+    std::size_t Replace(const std::vector<PollPlan>& plans);
 
   private:
     struct Answers {  // by field
@@ -44,8 +48,8 @@ class StationPolls {
         std::optional<int> state;  // as told last
         std::optional<double> meter;
     };
-    void Ask(Poll& poll);
-    void Take(Poll& poll, const PollField& field, const SnmpAnswer& answer);
+    void Ask(const std::shared_ptr<Poll>& poll);
+    void Take(Poll& poll, const std::string& field, const SnmpAnswer& answer);
     static std::string FirstFailure(const PollPlan& plan, const Answers& answers);
     void Complete(Poll& poll);
     void TellState(Poll& poll, const Answers& answers, bool textsChanged);
@@ -56,7 +60,7 @@ class StationPolls {
     RunState& m_state;
     SnmpRequests& m_requests;
     Deliver m_deliver;
-    std::vector<Poll> m_polls;  // made once: requests refer to them
+    std::vector<std::shared_ptr<Poll>> m_polls;  // requests on the way know theirs while it is here
 };
 
 }  // namespace brindle::host

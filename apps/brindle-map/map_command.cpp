@@ -1,11 +1,14 @@
 // brindle-map: plays a site and shows its map, in a window or as a picture. Tests: map_tool_test.cpp.
 #include "apps/brindle-map/map_command.h"
 
+#include <brindle/behaviour/action_files.h>
 #include <brindle/library/host_text.h>
 #include <brindle/macro/brindle_data.h>
 #include <brindle/platform/qt/qt_services.h>
 #include <brindle/widgets/flash_timer.h>
 
+#include <QtCore/QDir>
+#include <QtCore/QStandardPaths>
 #include <QtWidgets/QApplication>
 
 #include <algorithm>
@@ -13,6 +16,7 @@
 #include <memory>
 
 #include "apps/brindle-map/action_chooser.h"
+#include "apps/brindle-map/dialog_owner.h"
 #include "apps/brindle-map/map_accessible.h"
 #include "apps/brindle-map/map_application.h"
 #include "apps/brindle-map/map_menu.h"
@@ -21,6 +25,7 @@
 #include "apps/brindle-map/map_sink.h"
 #include "apps/brindle-map/map_window.h"
 #include "apps/brindle-map/rule_editor_registration.h"
+#include "apps/brindle-map/settings_dialog.h"
 #include "apps/brindle/cli.h"
 #include "apps/brindle/play_input.h"
 #include "host/map_events.h"
@@ -157,6 +162,16 @@ int TakePicture(const MapOptions& options, LoadedMap& map, double scale) {
     return tool::kAnswered;
 }
 
+// The custom colours of the colour picker are the user's, whatever the site.
+void KeepColoursOfUser() {
+    const QString folder =
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/brindle";
+    std::string file;
+    if (!QDir().mkpath(folder) || !TextFromSystem((folder + "/user-interface.ini").toStdString(), file))
+        return;
+    SetUserInterfaceIniFile(file.c_str());
+}
+
 int OpenWindow(const MapOptions& options, LoadedMap& map, double scale) {
     InstallMapAccessibility();
     MapInput input(options, map.Site(), true);
@@ -166,6 +181,11 @@ int OpenWindow(const MapOptions& options, LoadedMap& map, double scale) {
     MapWindow window(map.View(), QString::fromStdString(TextToSystem(map.Title())), scale);
     window.SetOnClose([&pace] { pace.Wake(); });
     MapMenu menu(window);
+    KeepColoursOfUser();
+    menu.Add({"&Settings...", QKeySequence("Ctrl+,"), MapMenuEntry::kMap, {}, [&map](const MapPlace&) {
+                  DialogOwner owner;
+                  ShowSettings(map.Site().plan, owner.Window());
+              }});
     MapSink sink(map.View(), Tell);
     sink.closed = [&window] { return window.IsClosed(); };
     sink.seen = [&window](const host::RunRecord& record) {

@@ -1,35 +1,19 @@
 // brindle-map: plays a site and shows its map, in a window or as a picture. Tests: map_tool_test.cpp.
 #include "apps/brindle-map/map_command.h"
 
-#include <brindle/behaviour/action_files.h>
-#include <brindle/library/host_text.h>
-#include <brindle/macro/brindle_data.h>
 #include <brindle/platform/qt/qt_services.h>
-#include <brindle/widgets/flash_timer.h>
 
-#include <QtCore/QDir>
-#include <QtCore/QStandardPaths>
 #include <QtWidgets/QApplication>
 
-#include <algorithm>
-#include <limits>
 #include <memory>
 
-#include "apps/brindle-map/action_chooser.h"
-#include "apps/brindle-map/dialog_owner.h"
-#include "apps/brindle-map/map_accessible.h"
+#include "apps/brindle-map/loaded_map.h"
 #include "apps/brindle-map/map_application.h"
-#include "apps/brindle-map/map_menu.h"
-#include "apps/brindle-map/map_pace.h"
 #include "apps/brindle-map/map_picture.h"
+#include "apps/brindle-map/map_player.h"
 #include "apps/brindle-map/map_sink.h"
-#include "apps/brindle-map/map_window.h"
-#include "apps/brindle-map/rule_editor_registration.h"
-#include "apps/brindle-map/settings_dialog.h"
 #include "apps/brindle/cli.h"
 #include "apps/brindle/play_input.h"
-#include "host/map_events.h"
-#include "host/map_file.h"
 #include "host/site_runner.h"
 #include "host/words.h"
 
@@ -47,10 +31,6 @@ struct MapOptions {
     std::optional<int> seconds;
 };
 
-void Tell(const host::Problem& problem) {
-    tool::Complain(problem.Place(), problem.text);
-}
-
 double ScaleOf(const MapOptions& options) {
     double scale = 1;
     if (!options.scale) return scale;
@@ -60,84 +40,9 @@ double ScaleOf(const MapOptions& options) {
     return scale;
 }
 
-// The site, its map, and the answers to "#" fields outside a run.
-class LoadedMap {
-  public:
-    explicit LoadedMap(const std::string& folder) {
-        tool::LoadOrFail(folder, m_site);
-        const std::string& path = m_site.plan.map;
-        if (path.empty()) throw Failure(kWrongUsage, m_site.plan.file, "names no \"Map\"");
-        m_marks = MarksOfHostFile(path);
-        host::Problems problems;
-        const bool read = host::ReadMapDocument(path, m_document, problems);
-        for (std::size_t i = read ? 0 : 1; i < problems.size(); ++i) Tell(problems[i]);
-        if (!read) throw Failure(kWrongUsage, problems.at(0).Place(), problems.at(0).text);
-        RegisterIBrindleData(&m_site.devices);
-    }
-    // Once the desktop's services are there: pictures are loaded.
-    void MakeView() {
-        m_view.emplace(m_site, std::move(m_document), [this](const host::EventLine& line) {
-            if (press) press(line);
-        });
-    }
-    LoadedMap(const LoadedMap&) = delete;
-    LoadedMap& operator=(const LoadedMap&) = delete;
-    ~LoadedMap() { RegisterIBrindleData(nullptr); }
-
-    host::Site& Site() noexcept { return m_site; }
-    host::MapView& View() noexcept { return *m_view; }
-    const HostFileMarks& Marks() const noexcept { return m_marks; }
-    std::string Title() const {
-        const CStringA& title = m_view->Document().title;
-        return title.IsEmpty() ? m_site.plan.name : title.str();
-    }
-
-    std::function<void(const host::EventLine&)> press;
-
-  private:
-    host::Site m_site;
-    HostFileMarks m_marks;
-    host::MapDocument m_document;
-    std::optional<host::MapView> m_view;
-};
-
-// The end at once.
-class NoRecording final : public host::EventSource {
-  public:
-    std::optional<host::EventItem> Next(std::chrono::milliseconds) override { return host::EventItem(); }
-};
-
-// A map needs no events: it shows what the files say.
-std::unique_ptr<host::EventSource> NoInput(const MapOptions& options, const host::Site& site) {
-    if (options.events || !site.plan.recording.empty()) return nullptr;
-    return std::make_unique<NoRecording>();
-}
-
-class MapInput {
-  public:
-    MapInput(const MapOptions& options, const host::Site& site, bool live) : m_none(NoInput(options, site)) {
-        if (!m_none) m_input.emplace(options.events, site, live);
-    }
-    host::EventSource& Source() { return m_none ? *m_none : m_input->Source(); }
-
-  private:
-    std::unique_ptr<host::EventSource> m_none;
-    std::optional<tool::EventInput> m_input;
-};
-
-// The phases of blinking, from the toolkit's own timer.
-class Blink final : public CFlashCallBack {
-  public:
-    explicit Blink(host::MapView& view) : m_view(view) { StartFlashTimer(this); }
-    void OnFlash(int state) override { m_view.SetBlink(state == 1); }
-
-  private:
-    host::MapView& m_view;
-};
-
 // Plays the recording on a clock that jumps, up to the moment of the picture.
 void PlayUntil(const MapOptions& options, LoadedMap& map) {
-    MapInput input(options, map.Site(), false);
+    map.OpenEvents(options.events, false);
     host::RunOptions how;
     const int preview = map.View().Document().preview;
     if (options.seconds)
@@ -149,7 +54,7 @@ void PlayUntil(const MapOptions& options, LoadedMap& map) {
         if (record["kind"] == "end") map.View().Refresh();
     };
     host::FastPace pace(map.Site().plan.start);
-    host::SiteRunner(map.Site(), input.Source(), sink, pace, how).Run();
+    host::SiteRunner(map.Site(), map.Events(), sink, pace, how).Run();
 }
 
 int TakePicture(const MapOptions& options, LoadedMap& map, double scale) {
@@ -162,56 +67,12 @@ int TakePicture(const MapOptions& options, LoadedMap& map, double scale) {
     return tool::kAnswered;
 }
 
-// The custom colours of the colour picker are the user's, whatever the site.
-void KeepColoursOfUser() {
-    const QString folder =
-        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/brindle";
-    std::string file;
-    if (!QDir().mkpath(folder) || !TextFromSystem((folder + "/user-interface.ini").toStdString(), file))
-        return;
-    SetUserInterfaceIniFile(file.c_str());
-}
-
-int OpenWindow(const MapOptions& options, LoadedMap& map, double scale) {
-    InstallMapAccessibility();
-    MapInput input(options, map.Site(), true);
-    MapPace pace;
-    host::MapEvents events(input.Source(), pace);
-    map.press = [&events](const host::EventLine& line) { events.Add(line); };
-    MapWindow window(map.View(), QString::fromStdString(TextToSystem(map.Title())), scale);
-    window.SetOnClose([&pace] { pace.Wake(); });
-    MapMenu menu(window);
-    KeepColoursOfUser();
-    menu.Add({"&Settings...", QKeySequence("Ctrl+,"), MapMenuEntry::kMap, {}, [&map](const MapPlace&) {
-                  DialogOwner owner;
-                  ShowSettings(map.Site().plan, owner.Window());
-              }});
-    MapSink sink(map.View(), Tell);
-    sink.closed = [&window] { return window.IsClosed(); };
-    sink.seen = [&window](const host::RunRecord& record) {
-        if (record["kind"] == "reload") window.Fit();
-    };
-    constexpr std::uint64_t kNever = std::numeric_limits<std::uint64_t>::max();
-    pace.SetBetween([&] {
-        const std::uint64_t still = host::MoveWhatIsDue();
-        window.Refresh();
-        return std::min(events.NextDue().value_or(kNever), pace.Elapsed() + still);
-    });
-    const Blink blink(map.View());
-    const RuleEditorRegistration rules(map.Site().devices);
-    ActionChooser chooser(map.Site());
-    menu.Add({"&Actions...", QKeySequence("Ctrl+E"), MapMenuEntry::kObject,
-              [&](const MapPlace& place) { return chooser.Knows(place.object); },
-              [&](const MapPlace& place) { chooser.EditObject(place.object); }});
-    host::RunOptions how;
-    how.reload = true;
-    how.limit = options.seconds ? static_cast<std::uint64_t>(*options.seconds) * 1000 : kNever - 1;
-    how.watch = [&map](host::SiteReloader& reloader) {
-        reloader.Add(std::make_unique<host::MapFile>(map.Site().plan.map, map.Marks(), map.View()));
-    };
-    window.show();
-    host::SiteRunner(map.Site(), events, sink, pace, how).Run();
-    map.press = {};
+int OpenWindow(const MapOptions& options, std::unique_ptr<LoadedMap> map, double scale) {
+    PlayOptions how;
+    how.scale = scale;
+    if (options.seconds) how.limit = static_cast<std::uint64_t>(*options.seconds) * 1000;
+    map->OpenEvents(options.events, true);
+    PlayInWindow(std::move(map), how);
     return tool::kAnswered;
 }
 
@@ -219,7 +80,7 @@ int ShowMap(const MapOptions& options) {
     if (options.seconds && *options.seconds < 0)
         throw Failure(kWrongUsage, "--for", "\"" + std::to_string(*options.seconds) + "\" is negative");
     const double scale = ScaleOf(options);
-    LoadedMap map(options.site);
+    auto map = std::make_unique<LoadedMap>(options.site);
     const bool display = qEnvironmentVariableIsSet("DISPLAY") ||
                          qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
                          qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
@@ -234,8 +95,9 @@ int ShowMap(const MapOptions& options) {
     const char* const advice = options.screenshot ? "" : "; --screenshot needs none";
     const std::unique_ptr<QApplication> application = MakeApplication(count, arguments, advice);
     InstallQtServices();
-    map.MakeView();
-    return options.screenshot ? TakePicture(options, map, scale) : OpenWindow(options, map, scale);
+    map->MakeView();
+    return options.screenshot ? TakePicture(options, *map, scale)
+                              : OpenWindow(options, std::move(map), scale);
 }
 
 }  // namespace

@@ -45,22 +45,31 @@ bool IsPress(int key) noexcept {
 
 }  // namespace
 
-MapWindow::MapWindow(host::MapView& view, const QString& title, double scale) : m_view(view) {
+MapWindow::MapWindow(host::MapView& view, const QString& title, double scale) : m_view(&view) {
     setWindowTitle(title);
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMinimumSize(kLeastSide, kLeastSide);
-    m_view.SetScale(scale);
-    const CSize size = m_view.Size();
+    m_view->SetScale(scale);
+    const CSize size = m_view->Size();
     resize(size.cx, size.cy);
 }
 
+void MapWindow::ShowMap(host::MapView& view, const QString& title) {
+    m_view = &view;
+    setWindowTitle(title);
+    Fit();
+    if (!QAccessible::isActive()) return;
+    QAccessibleEvent changed(this, QAccessible::ObjectReorder);
+    QAccessible::updateAccessibility(&changed);
+}
+
 void MapWindow::Fit() {
-    const host::MapDocument& map = m_view.Document();
-    m_view.SetScale(
+    const host::MapDocument& map = m_view->Document();
+    m_view->SetScale(
         std::min(width() / static_cast<double>(map.width), height() / static_cast<double>(map.height)));
-    const CSize size = m_view.Size();
+    const CSize size = m_view->Size();
     m_corner = QPoint((width() - size.cx) / 2, (height() - size.cy) / 2);
     update();
 }
@@ -74,23 +83,23 @@ CPoint MapWindow::InMap(const QPoint& point) const {
 }
 
 void MapWindow::Refresh() {
-    m_view.Refresh();
+    m_view->Refresh();
     UpdateDirty();
 }
 
 void MapWindow::UpdateDirty() {
-    for (const CRect& place : m_view.TakeDirty()) update(InWindow(place));
+    for (const CRect& place : m_view->TakeDirty()) update(InWindow(place));
 }
 
 void MapWindow::Press(std::size_t target) {
-    m_view.Press(target);
+    m_view->Press(target);
     Refresh();
 }
 
 void MapWindow::MoveFocus(MapDirection direction) {
-    m_view.MoveFocus(direction);
+    m_view->MoveFocus(direction);
     Refresh();
-    const auto focus = m_view.Focus();
+    const auto focus = m_view->Focus();
     if (!focus || !QAccessible::isActive()) return;
     QAccessibleEvent moved(this, QAccessible::Focus);
     moved.setChild(static_cast<int>(*focus));
@@ -105,9 +114,9 @@ bool MapWindow::event(QEvent* event) {
 }
 
 void MapWindow::ShowToolTip(const QPoint& at, const QPoint& global) {
-    const auto target = m_view.TargetAt(InMap(at));
+    const auto target = m_view->TargetAt(InMap(at));
     if (!target) return QToolTip::hideText();
-    const host::MapTarget found = m_view.Targets()[*target];
+    const host::MapTarget found = m_view->Targets()[*target];
     QToolTip::showText(global, QString::fromStdString(TextToSystem(found.name.view())), this,
                        InWindow(found.bounds));
 }
@@ -120,15 +129,15 @@ bool MapWindow::focusNextPrevChild(bool next) {
 
 void MapWindow::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
-    const CSize size = m_view.Size();
+    const CSize size = m_view->Size();
     const QRect map(m_corner, QSize(size.cx, size.cy));
     for (const QRect& beside : event->region().subtracted(map)) painter.fillRect(beside, Qt::black);
     painter.translate(m_corner);
     PainterContext context(painter);
     for (const QRect& changed : event->region().intersected(map)) {
         const QRect place = changed.translated(-m_corner);
-        m_view.Draw(context.DC(),
-                    {place.left(), place.top(), place.left() + place.width(), place.top() + place.height()});
+        m_view->Draw(context.DC(),
+                     {place.left(), place.top(), place.left() + place.width(), place.top() + place.height()});
     }
 }
 
@@ -144,36 +153,36 @@ void MapWindow::closeEvent(QCloseEvent* event) {
 
 void MapWindow::mouseMoveEvent(QMouseEvent* event) {
     const CPoint point = InMap(event->position().toPoint());
-    m_view.OnMouseMove(point);
-    setCursor(m_view.IsClickable(point) ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    m_view->OnMouseMove(point);
+    setCursor(m_view->IsClickable(point) ? Qt::PointingHandCursor : Qt::ArrowCursor);
     Refresh();
 }
 
 void MapWindow::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton) return;
-    m_view.OnMouseDown(InMap(event->position().toPoint()));
+    m_view->OnMouseDown(InMap(event->position().toPoint()));
     Refresh();
 }
 
 void MapWindow::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton) return;
-    m_view.OnMouseUp(InMap(event->position().toPoint()));
+    m_view->OnMouseUp(InMap(event->position().toPoint()));
     Refresh();
 }
 
 void MapWindow::leaveEvent(QEvent*) {
-    m_view.OnMouseLeave();
+    m_view->OnMouseLeave();
     Refresh();
 }
 
 void MapWindow::keyPressEvent(QKeyEvent* event) {
-    const auto focus = m_view.Focus();
+    const auto focus = m_view->Focus();
     if (const auto direction = DirectionOf(event->key())) {
         MoveFocus(*direction);
     } else if (IsPress(event->key()) && focus) {
         if (!event->isAutoRepeat()) Press(*focus);
     } else if (event->key() == Qt::Key_Escape && focus) {
-        m_view.SetFocus({});
+        m_view->SetFocus({});
         Refresh();
     } else {
         QWidget::keyPressEvent(event);

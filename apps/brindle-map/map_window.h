@@ -17,13 +17,15 @@ class MapWindow final : public QWidget {
 
     // Lets the view show what has happened, and paints what changed soon.
     void Refresh();
+    // Another view, as large as the window has it.
+    void ShowMap(host::MapView& view, const QString& title);
     // The view was given another map.
     void Fit();
     bool IsClosed() const noexcept { return m_closed; }
     // Called when the window has been closed.
     void SetOnClose(std::function<void()> closed) { m_onClose = std::move(closed); }
 
-    host::MapView& View() const noexcept { return m_view; }
+    host::MapView& View() const noexcept { return *m_view; }
     // A place of the map, in the window.
     QRect InWindow(const CRect& place) const;
     CPoint InMap(const QPoint& point) const;
@@ -47,7 +49,7 @@ class MapWindow final : public QWidget {
     void UpdateDirty();
     void ShowToolTip(const QPoint& at, const QPoint& global);
 
-    host::MapView& m_view;
+    host::MapView* m_view;
     QPoint m_corner;  // of the map in the window
     bool m_closed = false;
     std::function<void()> m_onClose;

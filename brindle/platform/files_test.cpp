@@ -297,6 +297,15 @@ TEST_P(FilesContract, ExistsForFilesAndFolders) {
     EXPECT_FALSE(files().Exists(""));
 }
 
+// Looking for its folders one after the other would take hours.
+TEST_P(FilesContract, APathLongerThanTheSystemTakesDoesNotExist) {
+    std::string path = "none";
+    for (int i = 0; i < 500'000; ++i) path += "/X";
+    EXPECT_FALSE(files().Exists(In(path)));
+    EXPECT_FALSE(files().IsFolder(In(path)));
+    EXPECT_FALSE(files().WriteWhole(In(path), "new").ok());
+}
+
 TEST_P(FilesContract, LooksForOtherSpellings) {
     world().AddFile("Site/Maps/Main.xml", "main");
     world().AddFile(

@@ -1,5 +1,5 @@
 // Turns host paths into system paths: separators, drives, ".." and letter case. Entry point:
-// HostPaths::Find. Tested in host_path_test.cpp.
+// HostPaths::Find. Tests: files_test.cpp.
 #include "brindle/platform/host_path.h"
 
 #include <algorithm>
@@ -10,6 +10,8 @@
 
 namespace brindle {
 namespace {
+
+constexpr std::size_t kLongestPath = 4'095;  // bytes; the system takes none that is longer
 
 int DriveIndex(char letter) {
     if (!IsAsciiLetter(letter)) return -1;
@@ -132,7 +134,8 @@ HostPaths::Found HostPaths::Find(FolderView& view, std::string_view hostPath, bo
     const Start start = Split(view, system);
     std::string spelled = Joined(start.root, start.components);
     if ((!absolute || spelled != typed) && view.HasEntry(spelled)) return {std::move(spelled), true};
-    if (start.components.empty()) return {std::move(spelled), false};
+    // Fields can make a path of megabytes; looking for each of its folders would take hours.
+    if (start.components.empty() || spelled.size() > kLongestPath) return {std::move(spelled), false};
     return Walk(view, start, forCreation);
 }
 

@@ -1,13 +1,16 @@
-// Opening another site in a window that runs one: chosen, cancelled, one that cannot be loaded.
+// What the menu opens in a window that runs a site: another site, chosen, cancelled or one that cannot be loaded; the
+// actions of an object.
 #include "apps/brindle-map/open_site.h"
 
 #include <QtTest/QTest>
+#include <QtWidgets/QComboBox>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMessageBox>
 #include <fstream>
 #include <sstream>
 
+#include "apps/brindle-map/action_chooser_dialog.h"
 #include "apps/brindle-map/dialog_test_kit.h"
 #include "apps/brindle-map/map_player.h"
 #include "apps/brindle-map/map_window.h"
@@ -167,6 +170,30 @@ TEST_F(OpenSite, OneThatCannotBeLoadedLeavesThePresentOneRunning) {
         });
         Play();
     }
+}
+
+TEST_F(OpenSite, TheActionsOfTheObjectInFocusAreChosenAndSaved) {
+    m_first.Write("map.xml",
+                  "<map title='First' width='400' height='300'>"
+                  "<button object='a' x='10' y='10' width='90' height='30'/></map>");
+    ThenWhen(IsReady, [] {
+        ThenWhen([] { return testing::FrontWindow() != nullptr; },
+                 [] {
+                     auto* const types = Numbered<QComboBox>(ActionChooserDialog::kType);
+                     const int index = types->findText("Action: Write Log");
+                     ASSERT_GE(index, 0);
+                     types->setCurrentIndex(index);
+                     emit types->activated(index);
+                     Numbered<QPushButton>(ActionChooserDialog::kAdd)->click();
+                     Button(QDialogButtonBox::Ok)->click();
+                     CloseWhen([] { return !QApplication::activeModalWidget(); });
+                 });
+        QTest::keyClick(Window(), Qt::Key_Tab);
+        QTest::keyClick(Window(), Qt::Key_E, Qt::ControlModifier);
+    });
+    Play();
+    EXPECT_NE(Text(m_first.Path("behaviours/a.xml")).find("WriteLog"), std::string::npos)
+        << Text(m_first.Path("behaviours/a.xml"));
 }
 
 TEST_F(OpenSite, TheEndOfTheTimeEndsTheBox) {

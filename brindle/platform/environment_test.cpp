@@ -167,7 +167,7 @@ class StandardInput {
     int m_before;
 };
 
-TEST(Environment, KnowsTerminals) {
+TEST(Environment, KnowsWhatIsNoTerminal) {
     Environment& environment = BackendEnvironment();
     int pipe[2];
     ASSERT_EQ(::pipe(pipe), 0);
@@ -183,11 +183,15 @@ TEST(Environment, KnowsTerminals) {
     ::close(pipe[1]);
     EXPECT_EQ(environment.IsTerminal(StandardStream::kOutput), ::isatty(STDOUT_FILENO) == 1);
     EXPECT_EQ(environment.IsTerminal(StandardStream::kError), ::isatty(STDERR_FILENO) == 1);
+}
+
+TEST(Environment, KnowsATerminalThatIsThere) {
     const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
+    // A container may have no /dev/ptmx, and nothing else is a terminal.
     if (terminal < 0) GTEST_SKIP() << "this system gives no terminal";
     {
         const StandardInput there(terminal);
-        EXPECT_TRUE(environment.IsTerminal(StandardStream::kInput));
+        EXPECT_TRUE(BackendEnvironment().IsTerminal(StandardStream::kInput));
     }
     ::close(terminal);
 }
